@@ -1,0 +1,7 @@
+#include "link/debugboxes.h"
+
+namespace kw {
+
+void countDebugClick() {}
+
+}  // namespace kw

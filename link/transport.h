@@ -1,0 +1,26 @@
+#pragma once
+// The serial transport. Every routine reads st.command and leaves st.reply; failure is
+// st.serialerror, told to the user once by serialfault.
+
+#include <QString>
+#include <cstdint>
+
+namespace kw {
+
+class SerialControl;
+// The serial control of the main window (Comm1).
+SerialControl &comm1();
+
+void sendecho();
+void sendcommand();
+void querycommand();
+void readreply();
+QString readchar();
+uint8_t readbyte();
+void serialfault();
+
+// Waits for a received byte: true when one is there, false after more than serialtimeout seconds.
+// Blocks in the OS between looks at the clock; never runs the event loop.
+bool waitforbyte();
+
+}  // namespace kw

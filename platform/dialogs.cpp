@@ -1,0 +1,126 @@
+#include "platform/dialogs.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QMessageBox>
+
+namespace kw {
+
+namespace {
+
+QMessageBox::StandardButtons standardButtons(Buttons buttons)
+{
+    switch (buttons) {
+    case Buttons::Ok: return QMessageBox::Ok;
+    case Buttons::OkCancel: return QMessageBox::Ok | QMessageBox::Cancel;
+    case Buttons::YesNo: return QMessageBox::Yes | QMessageBox::No;
+    case Buttons::YesNoCancel: return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+    }
+    return QMessageBox::Ok;
+}
+
+// "Text (*.mes)|*.mes|All (*.*)|*.*" -> "Text (*.mes);;All (*.*)"
+QString qtFilter(const QString &filter)
+{
+    const QStringList parts = filter.split(QLatin1Char('|'));
+    QStringList names;
+    for (int i = 0; i < parts.size(); i += 2)
+        names << parts[i];
+    return names.join(QStringLiteral(";;"));
+}
+
+class RealDialogs : public Dialogs {
+public:
+    Answer message(const QString &title, const QString &text, Buttons buttons) override
+    {
+        QMessageBox box(QMessageBox::NoIcon, title, text, standardButtons(buttons), QApplication::activeWindow());
+        switch (box.exec()) {
+        case QMessageBox::Cancel: return Answer::Cancel;
+        case QMessageBox::Yes: return Answer::Yes;
+        case QMessageBox::No: return Answer::No;
+        default: return Answer::Ok;
+        }
+    }
+    std::optional<QString> input(const QString &title, const QString &prompt, const QString &start) override
+    {
+        bool ok = false;
+        const QString text = QInputDialog::getText(QApplication::activeWindow(), title, prompt, QLineEdit::Normal, start, &ok);
+        if (!ok)
+            return std::nullopt;
+        return text;
+    }
+    std::optional<QString> openFile(const QString &title, const QString &filter, const QString &dir) override
+    {
+        const QString name = QFileDialog::getOpenFileName(QApplication::activeWindow(), title, dir, qtFilter(filter));
+        if (name.isEmpty())
+            return std::nullopt;
+        return name;
+    }
+    std::optional<QString> saveFile(const QString &title, const QString &filter, const QString &dir) override
+    {
+        const QString name = QFileDialog::getSaveFileName(QApplication::activeWindow(), title, dir, qtFilter(filter));
+        if (name.isEmpty())
+            return std::nullopt;
+        return name;
+    }
+};
+
+RealDialogs realDialogs;
+Dialogs *current = &realDialogs;
+
+}  // namespace
+
+Dialogs &dialogs() { return *current; }
+
+void setDialogs(Dialogs *replacement) { current = replacement ? replacement : &realDialogs; }
+
+Answer ScriptedDialogs::message(const QString &title, const QString &text, Buttons buttons)
+{
+    shown.push_back({QStringLiteral("message"), title, text, buttons});
+    if (answers.empty())
+        return buttons == Buttons::YesNo || buttons == Buttons::YesNoCancel ? Answer::Yes : Answer::Ok;
+    const Answer a = answers.front();
+    answers.pop_front();
+    return a;
+}
+
+std::optional<QString> ScriptedDialogs::input(const QString &title, const QString &prompt, const QString &start)
+{
+    shown.push_back({QStringLiteral("input"), title, prompt + QLatin1Char('|') + start, Buttons::OkCancel});
+    if (inputs.empty())
+        return std::nullopt;
+    auto a = inputs.front();
+    inputs.pop_front();
+    return a;
+}
+
+std::optional<QString> ScriptedDialogs::openFile(const QString &title, const QString &filter, const QString &)
+{
+    shown.push_back({QStringLiteral("open"), title, filter, Buttons::OkCancel});
+    if (files.empty())
+        return std::nullopt;
+    auto a = files.front();
+    files.pop_front();
+    return a;
+}
+
+std::optional<QString> ScriptedDialogs::saveFile(const QString &title, const QString &filter, const QString &)
+{
+    shown.push_back({QStringLiteral("save"), title, filter, Buttons::OkCancel});
+    if (files.empty())
+        return std::nullopt;
+    auto a = files.front();
+    files.pop_front();
+    return a;
+}
+
+int ScriptedDialogs::count(const QString &title) const
+{
+    int n = 0;
+    for (const auto &box : shown)
+        n += box.title == title;
+    return n;
+}
+
+}  // namespace kw

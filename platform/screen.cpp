@@ -1,0 +1,34 @@
+#include "platform/screen.h"
+
+#include <QApplication>
+#include <QCursor>
+
+namespace kw {
+
+namespace {
+int pointerNumber = kPointerNormal;
+}
+
+void setScreenPointer(int number)
+{
+    if (number == pointerNumber)
+        return;
+    pointerNumber = number;
+    if (!qobject_cast<QApplication *>(QCoreApplication::instance()))
+        return;
+    if (number == kPointerHourglass)
+        QApplication::setOverrideCursor(QCursor(Qt::WaitCursor));
+    else
+        while (QApplication::overrideCursor())
+            QApplication::restoreOverrideCursor();
+}
+
+int screenPointer() { return pointerNumber; }
+
+void doEvents()
+{
+    if (QCoreApplication::instance())
+        QCoreApplication::processEvents(QEventLoop::AllEvents);
+}
+
+}  // namespace kw

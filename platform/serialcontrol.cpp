@@ -1,0 +1,152 @@
+#include "platform/serialcontrol.h"
+
+#include "platform/comports.h"
+#include "platform/vbformat.h"
+
+#include <QLoggingCategory>
+#include <QSerialPort>
+
+Q_LOGGING_CATEGORY(lcLine, "kw.line", QtWarningMsg)
+
+namespace kw {
+
+namespace {
+
+struct LineSettings {
+    qint32 baud = 9600;
+    QSerialPort::Parity parity = QSerialPort::NoParity;
+    QSerialPort::DataBits dataBits = QSerialPort::Data8;
+    QSerialPort::StopBits stopBits = QSerialPort::OneStop;
+};
+
+// "19200,N,8,1"; throws VbError(380) (invalid property value) for anything else.
+LineSettings parseSettings(const QString &text)
+{
+    const QStringList parts = text.split(QLatin1Char(','));
+    if (parts.size() != 4)
+        throw VbError(380);
+    LineSettings s;
+    bool ok = false;
+    s.baud = parts[0].trimmed().toInt(&ok);
+    if (!ok || s.baud <= 0)
+        throw VbError(380);
+    const QString parity = parts[1].trimmed().toUpper();
+    if (parity == QLatin1String("N")) s.parity = QSerialPort::NoParity;
+    else if (parity == QLatin1String("E")) s.parity = QSerialPort::EvenParity;
+    else if (parity == QLatin1String("O")) s.parity = QSerialPort::OddParity;
+    else throw VbError(380);
+    const int bits = parts[2].trimmed().toInt(&ok);
+    if (!ok || bits < 5 || bits > 8)
+        throw VbError(380);
+    s.dataBits = static_cast<QSerialPort::DataBits>(bits);
+    const QString stop = parts[3].trimmed();
+    if (stop == QLatin1String("1")) s.stopBits = QSerialPort::OneStop;
+    else if (stop == QLatin1String("2")) s.stopBits = QSerialPort::TwoStop;
+    else throw VbError(380);
+    return s;
+}
+
+void applySettings(QSerialPort &port, const LineSettings &s)
+{
+    port.setBaudRate(s.baud);
+    port.setParity(s.parity);
+    port.setDataBits(s.dataBits);
+    port.setStopBits(s.stopBits);
+    port.setFlowControl(QSerialPort::NoFlowControl);
+}
+
+}  // namespace
+
+SerialControl::SerialControl() : port_(std::make_unique<QSerialPort>()) {}
+
+SerialControl::~SerialControl() = default;
+
+void SerialControl::setCommPort(int port)
+{
+    if (portOpen())
+        throw VbError(8005);  // port already open
+    commPort_ = port;
+}
+
+void SerialControl::setSettings(const QString &settings)
+{
+    const LineSettings s = parseSettings(settings);
+    settings_ = settings;
+    if (portOpen())
+        applySettings(*port_, s);
+}
+
+bool SerialControl::portOpen() const { return port_->isOpen(); }
+
+void SerialControl::setPortOpen(bool open)
+{
+    if (!open) {
+        if (port_->isOpen())
+            port_->close();
+        return;
+    }
+    if (port_->isOpen())
+        throw VbError(8005);
+    port_->setPortName(comPortDevice(commPort_));
+    if (!port_->open(QIODevice::ReadWrite))
+        throw VbError(8002);
+    applySettings(*port_, parseSettings(settings_));
+    qCDebug(lcLine) << "open" << port_->portName() << settings_;
+}
+
+int SerialControl::inBufferCount()
+{
+    if (!port_->isOpen())
+        return 0;
+    if (port_->bytesAvailable() == 0)
+        port_->waitForReadyRead(0);
+    return static_cast<int>(port_->bytesAvailable());
+}
+
+void SerialControl::clearInput()
+{
+    if (!port_->isOpen())
+        return;
+    port_->clear(QSerialPort::Input);
+    port_->readAll();
+}
+
+void SerialControl::clearOutput()
+{
+    if (port_->isOpen())
+        port_->clear(QSerialPort::Output);
+}
+
+QByteArray SerialControl::input()
+{
+    if (!port_->isOpen())
+        return {};
+    if (port_->bytesAvailable() == 0)
+        port_->waitForReadyRead(0);
+    const QByteArray bytes = port_->read(inputLen_ > 0 ? inputLen_ : port_->bytesAvailable());
+    qCDebug(lcLine) << "<" << bytes.toHex(' ');
+    return bytes;
+}
+
+void SerialControl::output(const QByteArray &bytes)
+{
+    if (!port_->isOpen())
+        throw VbError(8018);  // operation valid only when the port is open
+    qCDebug(lcLine) << ">" << bytes.toHex(' ');
+    port_->write(bytes);
+    // The bytes go to the line now; a pty or UART takes a few bytes at once without blocking.
+    while (port_->bytesToWrite() > 0)
+        if (!port_->waitForBytesWritten(1000))
+            break;
+}
+
+void SerialControl::waitForInput(int sliceMs)
+{
+    if (!port_->isOpen() || port_->bytesAvailable() > 0)
+        return;
+    port_->waitForReadyRead(sliceMs);
+}
+
+QString SerialControl::deviceName() const { return comPortDevice(commPort_); }
+
+}  // namespace kw

@@ -1,0 +1,152 @@
+#pragma once
+// The shared state record: the program's one picture of the analyser, the view and the workplace.
+// Every routine reads and writes it directly; there is no analyser object. One thread uses it.
+
+#include <QString>
+#include <array>
+#include <cstdint>
+
+class QSqlDatabase;
+
+namespace kw {
+
+constexpr int kTraceSize = 2049;  // valid indexes 0..2048, of which 1..pointcount are used
+using Trace = std::array<int16_t, kTraceSize>;
+
+struct State {
+    // ---- Instrument settings, as last sent to or read from the analyser
+    float centerfreq = 500.0f;
+    float reflevel = -30.0f;
+    float attenuator = 10.0f;
+    int16_t span = 1000;
+    int16_t bandwith = 400;
+    uint8_t videofilter = 0;
+    uint8_t dbperdiv = 10;
+    uint8_t readmode = 0;
+    uint8_t vmstart = 0;
+    uint8_t vmtrace = 0;
+    uint8_t calc = 0;
+    uint8_t tgon = 0;
+    float tglevel = -50.0f;
+    float triggervalue = -30.0f;
+    uint8_t triggerrun = 0;
+    uint8_t triggerprint = 0;
+    uint8_t memorynumber = 1;
+    uint8_t ucflag = 0;
+
+    // ---- Link state
+    int16_t portopen = 0;
+    int16_t connectionstate2 = 0;
+    int16_t comport = 2;
+    int32_t baudrate = 19200;
+    uint8_t unitfound = 0;
+    QString modelname;
+    QString firmware;
+    uint8_t serialerror = 0;
+    uint8_t serialquiet = 0;
+    QString serialerrortext;
+    QString command;
+    QString reply;
+    uint8_t serialtimeout = 4;
+    float waitstart = 0.0f;
+    uint8_t rdretry = 0;
+    uint8_t sendretry = 0;
+    uint8_t warmupvalue = 0;
+    uint8_t warmupon = 0;
+    uint8_t transmissiondebug = 0;
+    uint8_t debugclicks = 0;
+    double noisevalue = 50;
+    uint8_t busycursor = 0;
+
+    // ---- Trace data (levels in counts: 2.5 counts to the dB, 0 counts = 0 dBmW)
+    int32_t pointcount = 2001;
+    Trace rawblock{};
+    Trace sampledata{};
+    Trace averagedata{};
+    Trace maxholddata{};
+    Trace memorydata{};
+    double sampledate = 0;
+    double averagedate = 0;
+    double maxholddate = 0;
+    double memorydate = 0;
+    int16_t grafikmin = 1000;
+    int16_t grafikmax = -1000;
+    float peakfreq = 0.0f;
+    int16_t peaklevel = -1000;
+    uint8_t filemode = 0;
+    float freqstart = 0.0f;
+    float freqstop = 1000.0f;
+
+    // ---- View and evaluation, the flags saved with a measurement
+    uint8_t viewsample = 1;
+    uint8_t viewaverage = 0;
+    uint8_t viewmaxhold = 0;
+    uint8_t viewb = 0;
+    uint8_t viewab = 0;
+    uint8_t viewqpeak = 1;
+    uint8_t viewlimitave = 0;
+    uint8_t viewlimitmax = 0;
+    uint8_t correctionon = 0;
+    QString configname = QStringLiteral("Not set");
+    int32_t limitnrmax = 0;
+    int32_t limitnrave = 0;
+    QString averagename;
+    QString maxholdname;
+    QString unit = QStringLiteral("dBmW");  // 20 characters
+    float unitoffset = 0.0f;
+    uint8_t mode = 0;
+    uint8_t ambient = 1;
+    QString headline = QStringLiteral("Vorlane Instruments");
+    QString note = QStringLiteral(" ");
+    QString measext = QStringLiteral(".mes");
+
+    // ---- Quasi-peak constants, replaced from the database
+    int16_t tauf30 = 2;
+    int16_t tauf1000 = 2;
+    int16_t tent30 = 320;
+    int16_t tent1000 = 1100;
+
+    // ---- Application and form state
+    QString databasefile;  // 150 characters on disk, blank-padded
+    float dbversion = 1.0f;
+    QString automessfile;
+    int32_t autostoreinterval = 60;
+    uint8_t autostoreon = 0;
+    double autostorenext = 0;
+    uint8_t liveread = 0;
+    uint8_t redrawflag = 0;
+    uint8_t stoprun = 0;
+    uint8_t tick20 = 0;
+    uint8_t decimalchar = 46;
+    std::array<QString, 14> digits{};  // rows 1..13 used, each 8 characters
+    uint8_t digitcount = 10;
+    uint8_t carriedbyte = 0;
+
+    // Saved form placement in twips, 1-based as the table of placements numbers it.
+    std::array<int16_t, 18> formpos{};
+
+    // Check boxes of the tool bar, mirrored here so that the link can clear them without a widget.
+    uint8_t ckrm = 0;
+    uint8_t ckauto = 0;
+    QString caption;
+
+    // ---- Instrument link (further fields)
+
+    // ---- Level processing
+
+    // ---- Live measurement
+
+    // ---- EMC test
+
+    // ---- Persistence
+
+    // ---- Display and print
+};
+
+// The one record of the program.
+extern State st;
+
+// Back to the start values of the load of the main window (tests use it between cases).
+void resetState();
+
+}  // namespace kw

@@ -1,0 +1,23 @@
+#pragma once
+// What the routines tell the windows. The main window installs these; without windows (tests,
+// benchmarks) they do nothing. Routines never include a widget header.
+
+#include <functional>
+
+namespace kw {
+
+struct UiHooks {
+    std::function<void()> captionChanged;        // st.caption
+    std::function<void()> toolbarChanged;        // st.ckrm, st.ckauto
+    std::function<void(bool)> toolboxVisible;
+    std::function<void(bool)> uncalVisible;      // the "UNCAL" label of the plot
+    std::function<void()> closeBoxcom;
+};
+
+UiHooks &uiHooks();
+
+// Helpers that call a hook when one is installed.
+void notifyCaption();
+void notifyToolbar();
+
+}  // namespace kw

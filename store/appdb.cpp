@@ -1,0 +1,8 @@
+#include "store/appdb.h"
+
+namespace kw {
+
+void openApplicationDatabase() {}
+void closeApplicationDatabase() {}
+
+}  // namespace kw

@@ -1,0 +1,8 @@
+#include "store/settingfile.h"
+
+namespace kw {
+
+void readSettingFile() {}
+void writeSettingFile() {}
+
+}  // namespace kw
