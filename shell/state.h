@@ -135,12 +135,36 @@ struct State {
     // ---- Level processing
 
     // ---- Live measurement
+    // Nothing beyond liveread, redrawflag and the trace data above: the cycle keeps no state.
 
     // ---- EMC test
 
     // ---- Persistence
 
     // ---- Display and print
+    uint8_t logaxis = 0;          // the "Log" box of grafik
+    float decadelow = 0.0f;       // frequencies at the edges of a logarithmic plot, from the last draw
+    float decadehigh = 0.0f;
+    float decadestep = 0.001f;
+    uint8_t drawbusy = 0;         // a drawing pass runs; refuses re-entry
+    uint8_t cursorfresh = 1;      // the last pass wiped the cursor lines
+    uint8_t economic = 0;         // the "Economic" box: thinned reading of files
+    uint8_t economicstep = 20;
+    int16_t limitlow = 2000;      // limit extent seen in the last pass, in dB
+    int16_t limithigh = -2000;
+    // Read by the plot, set by the limit, configuration, file and EMC forms.
+    int16_t lmaxlog = 0;          // 0 or -1: the limit is interpolated logarithmically in frequency
+    int16_t lavelog = 0;
+    float configdist = 0.0f;      // metres
+    float lmaxdist = 0.0f;
+    QString measurefile;
+    double dat = 0;               // date of the measurement shown from a file
+    uint8_t viewhorizontal = 0;
+    uint8_t viewvertical = 0;
+    uint8_t calcon = 0;
+    uint8_t viewambient = 0;
+    int16_t calcoffset = 0;       // dB
+    uint8_t previewopen = 0;
 };
 
 // The one record of the program.

@@ -1,0 +1,135 @@
+#include "platform/paintersurface.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+
+namespace kw {
+
+PainterSurface::PainterSurface()
+{
+    font_.setPixelSize(11);
+}
+
+PainterSurface::~PainterSurface() { flush(); }
+
+void PainterSurface::setTarget(QPaintDevice *device, const QRectF &target)
+{
+    flush();
+    device_ = device;
+    target_ = target;
+}
+
+QPainter &PainterSurface::painter()
+{
+    if (!painter_) {
+        painter_ = std::make_unique<QPainter>();
+        if (device_)
+            painter_->begin(device_);
+        painter_->setRenderHint(QPainter::Antialiasing, false);
+        painter_->setClipRect(target_);
+        painter_->translate(target_.topLeft());
+        painter_->setFont(font_);
+        penColour_ = penWidth_ = penStyle_ = penMode_ = -1;
+    }
+    return *painter_;
+}
+
+void PainterSurface::flush()
+{
+    if (painter_) {
+        if (painter_->isActive())
+            painter_->end();
+        painter_.reset();
+    }
+}
+
+void PainterSurface::clear()
+{
+    QPainter &p = painter();
+    p.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    penMode_ = -1;
+    p.fillRect(QRectF(0, 0, target_.width(), target_.height()), background_);
+    currentX = scaleLeft();
+    currentY = scaleTop();
+}
+
+void PainterSurface::applyPen(int colour)
+{
+    QPainter &p = painter();
+    const int width = std::max(1, drawWidth);
+    if (colour != penColour_ || width != penWidth_ || drawStyle != penStyle_) {
+        QPen pen(paletteColour(colour));
+        pen.setWidth(width);
+        pen.setCapStyle(Qt::SquareCap);
+        pen.setStyle(drawStyle == kStyleDash ? Qt::DashLine : drawStyle == kStyleDot ? Qt::DotLine : Qt::SolidLine);
+        p.setPen(pen);
+        penColour_ = colour;
+        penWidth_ = width;
+        penStyle_ = drawStyle;
+    }
+    if (drawMode != penMode_) {
+        p.setCompositionMode(drawMode == kModeNotXorPen ? QPainter::RasterOp_NotSourceXorDestination
+                                                        : QPainter::CompositionMode_SourceOver);
+        penMode_ = drawMode;
+    }
+}
+
+void PainterSurface::line(double x1, double y1, double x2, double y2, int colour)
+{
+    applyPen(colour);
+    const QPointF a(toDeviceX(x1), toDeviceY(y1));
+    const QPointF b(toDeviceX(x2), toDeviceY(y2));
+    if (a.toPoint() == b.toPoint())
+        painter_->drawPoint(a);
+    else
+        painter_->drawLine(QLineF(a, b));
+}
+
+void PainterSurface::print(const QString &text)
+{
+    QPainter &p = painter();
+    if (penColour_ != foreColour || penMode_ != kModeCopyPen) {
+        const int mode = drawMode;
+        drawMode = kModeCopyPen;
+        applyPen(foreColour);
+        drawMode = mode;
+    }
+    const QFontMetricsF metrics(font_);
+    const double x = toDeviceX(currentX);
+    const double y = toDeviceY(currentY);
+    p.drawText(QPointF(x, y + metrics.ascent()), text);
+    currentX = scaleLeft();
+    currentY += fromDeviceDy(metrics.height());
+}
+
+ImageSurface::ImageSurface(int width, int height)
+    : image_(std::max(1, width), std::max(1, height), QImage::Format_RGB32)
+{
+    image_.fill(Qt::white);
+    setTarget(&image_, QRectF(0, 0, image_.width(), image_.height()));
+}
+
+void ImageSurface::resize(int width, int height)
+{
+    width = std::max(1, width);
+    height = std::max(1, height);
+    if (width == image_.width() && height == image_.height())
+        return;
+    flush();
+    QImage next(width, height, QImage::Format_RGB32);
+    next.fill(Qt::white);
+    {
+        QPainter p(&next);
+        p.drawImage(0, 0, image_);
+    }
+    image_ = std::move(next);
+    setTarget(&image_, QRectF(0, 0, width, height));
+}
+
+const QImage &ImageSurface::image()
+{
+    flush();
+    return image_;
+}
+
+}  // namespace kw

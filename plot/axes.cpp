@@ -1,0 +1,96 @@
+#include "plot/axes.h"
+
+#include "platform/vbformat.h"
+#include "shell/state.h"
+
+#include <cmath>
+
+namespace kw {
+
+namespace {
+// A decade search beyond this gives up: only a broken frequency gets there.
+constexpr float kLastDecade = 1e30f;
+}
+
+void ComputeDecades()
+{
+    st.decadelow = 0.0f;
+    st.decadehigh = 0.0f;
+    st.decadestep = 0.001f;
+    float d = 0.001f;
+    // The search walks digits 1..9 of each decade with a strict "above", so a start of exactly
+    // 3 x d still stands on 3 x d, and a start between 9 x d and 10 x d lands on 10 x d.
+    if (st.freqstart <= 0.002f) {
+        st.decadelow = 0.001f;
+    } else {
+        while (d < kLastDecade) {
+            for (int k = 1; k <= 9; ++k) {
+                if (float(k) * d > st.freqstart) {
+                    st.decadelow = k == 1 ? d : float(k - 1) * d;
+                    st.decadestep = d;
+                    break;
+                }
+            }
+            if (st.decadelow != 0.0f)
+                break;
+            d *= 10.0f;
+        }
+    }
+    while (d < kLastDecade) {
+        for (int k = 1; k <= 9; ++k) {
+            if (float(k) * d > st.freqstop) {
+                st.decadehigh = float(k) * d;
+                return;
+            }
+        }
+        d *= 10.0f;
+    }
+}
+
+double FreqToX(float frequency)
+{
+    if (st.logaxis) {
+        if (frequency == 0.0f)
+            return 0.0;
+        const double low = log10floor(st.decadelow * 1000.0f);
+        const double high = log10floor(st.decadehigh * 1000.0f);
+        const double x = kPlotWidth / (high - low) * (log10floor(frequency * 1000.0f) - low);
+        return std::isfinite(x) ? x : -1.0;
+    }
+    const float width = st.freqstop - st.freqstart;
+    if (width == 0.0f || !std::isfinite(width))
+        return -1.0;
+    const double x = std::trunc(double(frequency - st.freqstart) * kPlotWidth / double(width));
+    return std::isfinite(x) ? x : -1.0;
+}
+
+QString FormatFrequency(float frequency)
+{
+    if (frequency < 1.0f)
+        return vbFormat(frequency * 1000.0f, QStringLiteral("###0.0K"));
+    if (frequency < 1000.0f)
+        return vbFormat(frequency, QStringLiteral("###0.00M"));
+    return vbFormat(frequency / 1000.0f, QStringLiteral("###0.000G"));
+}
+
+QString zeroSpanText(float frequency)
+{
+    QString value;
+    if (frequency < 1.0f)
+        value = vbFormat(frequency * 1000.0f, QStringLiteral("###0.0K"));
+    else if (frequency < 1000.0f)
+        value = vbFormat(frequency, QStringLiteral("###0.00M"));
+    else
+        value = vbFormat(frequency / 1000.0f, QStringLiteral("###0.00G"));
+    return QStringLiteral("Zerospan / Freq: ") + value;
+}
+
+FreqAxis frequencyAxis()
+{
+    const bool zeroSpan = st.mode == 0 && st.span < 1;
+    if (!st.logaxis && !zeroSpan)
+        return FreqAxis::Linear;
+    return zeroSpan ? FreqAxis::ZeroSpan : FreqAxis::Logarithmic;
+}
+
+}  // namespace kw

@@ -1,0 +1,198 @@
+#include "plot/grid.h"
+
+#include "platform/vbformat.h"
+#include "plot/axes.h"
+#include "plot/plotform.h"
+#include "plot/plotline.h"
+#include "shell/state.h"
+
+#include <cmath>
+
+namespace kw {
+
+namespace {
+
+constexpr uint8_t kGridColour = 7;
+constexpr uint8_t kDecadeColour = 8;
+constexpr uint8_t kLabelColour = 5;
+constexpr uint8_t kZeroHzColour = 0;
+
+void gridLine(float frequency, uint8_t colour) { PlotLine(frequency, st.grafikmin, frequency, st.grafikmax, colour); }
+
+void zeroSpanAxis(PlotForm &form)
+{
+    Surface &p3 = form.picture3();
+    p3.foreColour = kLabelColour;
+    p3.currentY = 10;
+    p3.currentX = 1000;
+    p3.print(zeroSpanText(st.freqstart));
+}
+
+void logarithmicAxis()
+{
+    ComputeDecades();
+    float s = st.decadestep;
+    int k0 = int(std::trunc(st.decadelow / st.decadestep));
+    FreqTick(st.decadelow, kLabelColour);
+    float f = 0.0f;
+    // Each decade has its digit lines 2..9 light and its power of ten dark with a label; the
+    // first decade starts at the digit of the left edge.
+    for (int decades = 0; decades < 64; ++decades) {
+        for (int k = k0; k <= 9; ++k) {
+            f = s * float(k);
+            if (f < st.decadehigh)
+                gridLine(f, kGridColour);
+        }
+        s *= 10.0f;
+        if (s < st.decadehigh) {
+            gridLine(s, kDecadeColour);
+            FreqTick(s, kLabelColour);
+        }
+        k0 = 2;
+        if (!(f < st.decadehigh))
+            break;
+    }
+    FreqTick(st.decadehigh, kLabelColour);
+}
+
+void linearAxis(PlotForm &form)
+{
+    if (st.freqstart < 0.0f) {
+        // The plot reaches below 0 Hz: a thick line marks 0 Hz and there is no left label.
+        Surface &p1 = form.picture1();
+        p1.drawWidth = 2;
+        gridLine(0.0f, kZeroHzColour);
+        p1.drawWidth = 1;
+    } else {
+        FreqTick(st.freqstart, kLabelColour);
+    }
+    for (int i = 1; i <= 9; ++i) {
+        const float f = st.freqstart + (st.freqstop - st.freqstart) * float(i) / 10.0f;
+        gridLine(f, kGridColour);
+        FreqTick(f, kLabelColour);
+    }
+    FreqTick(st.freqstop, kLabelColour);
+}
+
+void levelLine(Surface &p1, float y)
+{
+    p1.line(0, y, kPlotWidth, y, kGridColour);
+    LevelTick(y, kLabelColour);
+}
+
+}  // namespace
+
+void SetPlotScale()
+{
+    PlotForm *form = plotForm();
+    if (!form)
+        return;
+    Surface &p1 = form->picture1();
+    Surface &p2 = form->picture2();
+    Surface &p3 = form->picture3();
+    const double height = double(st.grafikmin) - double(st.grafikmax);
+    p1.setScaleTop(st.grafikmax);
+    p1.setScaleHeight(height);
+    p2.setScaleTop(st.grafikmax);
+    p2.setScaleHeight(p1.deviceHeight() > 0 ? p2.deviceHeight() / p1.deviceHeight() * height : height);
+    p1.clear();
+    p3.clear();
+    p2.clear();
+    p1.drawWidth = 1;
+    // Under a decade there is no logarithmic view, and the choice is forgotten, not suspended.
+    if (st.freqstart * 10.0f <= st.freqstop) {
+        form->setLogBox(true, st.logaxis != 0);
+    } else {
+        st.logaxis = 0;
+        form->setLogBox(false, false);
+    }
+    p1.drawWidth = 1;
+}
+
+void FreqTick(float frequency, uint8_t colour)
+{
+    PlotForm *form = plotForm();
+    if (!form || frequency < 0.0f)
+        return;
+    const double x = FreqToX(frequency);
+    if (x < 0)
+        return;
+    Surface &p3 = form->picture3();
+    p3.line(x, 10, x, 7, colour);
+    p3.foreColour = colour;
+    p3.currentY = 8;
+    p3.currentX = x;
+    p3.print(FormatFrequency(frequency));
+}
+
+void LevelTick(float y, uint8_t colour)
+{
+    PlotForm *form = plotForm();
+    if (!form)
+        return;
+    Surface &p2 = form->picture2();
+    p2.line(8, y, 10, y, colour);
+    p2.foreColour = colour;
+    p2.currentY = y;
+    p2.currentX = 0;
+    p2.print(vbFormat(double(y) / 2.5 + double(st.unitoffset), QStringLiteral("###0.0")));
+}
+
+void DistanceCaption()
+{
+    PlotForm *form = plotForm();
+    if (!form)
+        return;
+    if (st.correctionon != 1 || !(st.configdist > 0.0f)) {
+        form->setDistanceLabel(false, QString());
+        return;
+    }
+    QString text = QStringLiteral("Distance from DUT: ") + vbStr(st.configdist);
+    if (st.lmaxdist != st.configdist && st.lmaxdist > 0.0f) {
+        const double offset = -20.0 * std::log10(double(st.lmaxdist) / double(st.configdist));
+        text += QStringLiteral("m offset ") + vbFormat(offset, QStringLiteral("0.0")) + QStringLiteral("dB");
+    } else {
+        text += QStringLiteral("m");
+    }
+    form->setDistanceLabel(true, text);
+}
+
+void DrawFrequencyGrid()
+{
+    PlotForm *form = plotForm();
+    if (!form)
+        return;
+    switch (frequencyAxis()) {
+    case FreqAxis::ZeroSpan: zeroSpanAxis(*form); break;
+    case FreqAxis::Logarithmic: logarithmicAxis(); break;
+    case FreqAxis::Linear: linearAxis(*form); break;
+    }
+}
+
+void DrawLevelGrid()
+{
+    PlotForm *form = plotForm();
+    if (!form)
+        return;
+    Surface &p1 = form->picture1();
+    const float r = float((double(st.reflevel) + double(st.attenuator)) * 2.5);
+    const float step = float(2.5 * st.dbperdiv);
+    if (!(step > 0.0f))
+        return;
+    const float top = st.grafikmax;
+    const float bottom = st.grafikmin;
+    if (r > top) {
+        // The reference line lies above the plot: the grid hangs from the top edge.
+        for (float y = top; y >= bottom; y -= step)
+            if (r > y)
+                levelLine(p1, y);
+        return;
+    }
+    // Otherwise the reference line is a grid line and the grid runs both ways from it.
+    for (float y = r; y <= top; y += step)
+        levelLine(p1, y);
+    for (float y = r - step; y >= bottom; y -= step)
+        levelLine(p1, y);
+}
+
+}  // namespace kw
