@@ -57,6 +57,10 @@ private:
 class ImageSurface : public PainterSurface {
 public:
     ImageSurface(int width = 1, int height = 1);
+    // The painter must end before the image it paints on goes.
+    ~ImageSurface() override { flush(); }
+    ImageSurface(const ImageSurface &) = delete;
+    ImageSurface &operator=(const ImageSurface &) = delete;
     // A new size keeps the old picture in the top left corner until the next pass.
     void resize(int width, int height);
     // The picture as it stands (ends the painter first).

@@ -2,6 +2,7 @@
 
 #include "link/connection.h"
 #include "link/debugboxes.h"
+#include "live/cycle.h"
 #include "shell/state.h"
 
 #include <QCheckBox>
@@ -24,7 +25,7 @@ ToolPanel::ToolPanel(QWidget *parent) : QFrame(parent)
     layout_->addWidget(ckauto_);
     layout_->addStretch(1);
     connect(ckrm_, &QCheckBox::clicked, this, &ToolPanel::rmClicked);
-    connect(ckauto_, &QCheckBox::clicked, this, [](bool ticked) { st.ckauto = ticked; st.liveread = ticked; });
+    connect(ckauto_, &QCheckBox::clicked, this, [](bool ticked) { autoClicked(ticked); });
 }
 
 void ToolPanel::addControl(QWidget *control) { layout_->insertWidget(layout_->count() - 1, control); }
@@ -34,7 +35,12 @@ void ToolPanel::refreshFromState()
     const QSignalBlocker blockRm(ckrm_);
     const QSignalBlocker blockAuto(ckauto_);
     ckrm_->setChecked(st.ckrm);
+    const bool autoChanged = ckauto_->isChecked() != bool(st.ckauto);
     ckauto_->setChecked(st.ckauto);
+    // A tick changed by code runs the box's own routine, as a click would: a serial fault that
+    // clears it thereby ends continuous reading.
+    if (autoChanged)
+        autoClicked(st.ckauto);
 }
 
 void ToolPanel::mousePressEvent(QMouseEvent *event)

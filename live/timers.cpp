@@ -1,0 +1,38 @@
+#include "live/timers.h"
+
+#include "live/cycle.h"
+
+#include <QObject>
+#include <QTimer>
+
+namespace kw {
+
+namespace {
+
+QTimer *makeTimer(QObject *owner, const char *name, int interval, void (*tick)())
+{
+    auto *timer = new QTimer(owner);
+    timer->setObjectName(QString::fromLatin1(name));
+    timer->setInterval(interval);
+    QObject::connect(timer, &QTimer::timeout, owner, tick);
+    return timer;
+}
+
+}  // namespace
+
+void startMainTimers(QObject *owner)
+{
+    QTimer *timer1 = makeTimer(owner, "Timer1", 1000, &timer1Tick);
+    QTimer *timer2 = makeTimer(owner, "Timer2", 10, &timer2Tick);
+    makeTimer(owner, "Timer3", 20, &timer3Tick);
+    liveHooks().timer2Enabled = [timer2](bool on) {
+        if (on)
+            timer2->start();
+        else
+            timer2->stop();
+    };
+    QObject::connect(timer2, &QObject::destroyed, [] { liveHooks().timer2Enabled = nullptr; });
+    timer1->start();
+}
+
+}  // namespace kw

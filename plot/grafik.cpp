@@ -1,0 +1,234 @@
+#include "plot/grafik.h"
+
+#include "shell/mdi.h"
+#include "shell/state.h"
+#include "shell/uihooks.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QMdiSubWindow>
+#include <QPainter>
+#include <QPushButton>
+#include <QResizeEvent>
+#include <QVBoxLayout>
+
+namespace kw {
+
+namespace {
+
+constexpr int kTwipsPerPixel = 15;
+constexpr int kMinWidthTwips = 6000;
+constexpr int kMinHeightTwips = 4500;
+constexpr int kDefaultSizeTwips = 7200;
+
+QLabel *label(QWidget *parent, const char *name, const QString &text, const QColor &colour = Qt::black)
+{
+    auto *l = new QLabel(text, parent);
+    l->setObjectName(QString::fromLatin1(name));
+    QPalette pal = l->palette();
+    pal.setColor(QPalette::WindowText, colour);
+    l->setPalette(pal);
+    return l;
+}
+
+QRect twips(int left, int top, int width, int height)
+{
+    return QRect(left / kTwipsPerPixel, top / kTwipsPerPixel, std::max(1, width / kTwipsPerPixel),
+                 std::max(1, height / kTwipsPerPixel));
+}
+
+}  // namespace
+
+PictureBox::PictureBox(const QString &name, QWidget *parent) : QWidget(parent)
+{
+    setObjectName(name);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+void PictureBox::paintEvent(QPaintEvent *)
+{
+    QPainter p(this);
+    p.drawImage(0, 0, surface_.image());
+}
+
+void PictureBox::resizeEvent(QResizeEvent *event)
+{
+    surface_.resize(event->size().width(), event->size().height());
+    QWidget::resizeEvent(event);
+}
+
+Grafik::Grafik(QWidget *parent) : QWidget(parent)
+{
+    setObjectName(QStringLiteral("grafik"));
+    setWindowTitle(QStringLiteral("Measurement Display"));
+    setMinimumSize(kMinWidthTwips / kTwipsPerPixel, kMinHeightTwips / kTwipsPerPixel);
+
+    pic1_ = new PictureBox(QStringLiteral("Picture1"), this);
+    pic2_ = new PictureBox(QStringLiteral("Picture2"), this);
+    pic3_ = new PictureBox(QStringLiteral("Picture3"), this);
+    pic4_ = new QWidget(this);
+    pic4_->setObjectName(QStringLiteral("Picture4"));
+    pic1_->setCursor(Qt::CrossCursor);
+
+    QFont small = pic4_->font();
+    small.setPixelSize(10);
+    pic4_->setFont(small);
+    auto *panel = new QVBoxLayout(pic4_);
+    panel->setContentsMargins(2, 2, 2, 2);
+    panel->setSpacing(2);
+    check1_ = new QCheckBox(QStringLiteral("Log"), pic4_);
+    check1_->setObjectName(QStringLiteral("Check1"));
+    check2_ = new QCheckBox(QStringLiteral("Economic"), pic4_);
+    check2_->setObjectName(QStringLiteral("Check2"));
+    const char *names[3] = {"Command1", "Command2", "Command3"};
+    const char *captions[3] = {"CA -> PK", "CA = CF", "2 * CF"};
+    panel->addWidget(label(pic4_, "Label1", QStringLiteral("Sample"), paletteColour(2)));
+    panel->addWidget(label(pic4_, "Label2", QStringLiteral("Average"), paletteColour(9)));
+    panel->addWidget(label(pic4_, "Label3", QStringLiteral("Max. Hold"), paletteColour(12)));
+    panel->addWidget(label(pic4_, "Label9", QStringLiteral("QPeak"), paletteColour(5)));
+    label4_ = label(pic4_, "Label4", QStringLiteral("Mem B"), paletteColour(3));
+    panel->addWidget(label4_);
+    label6_ = label(pic4_, "Label6", QString(), paletteColour(5));
+    panel->addWidget(label6_);
+    label11_ = label(pic4_, "Label11", QStringLiteral("UNCAL"), paletteColour(12));
+    label11_->hide();
+    panel->addWidget(label11_);
+    panel->addWidget(check1_);
+    panel->addWidget(check2_);
+    panel->addWidget(label(pic4_, "Label7", QStringLiteral("Cursor 1"), paletteColour(5)));
+    panel->addWidget(label(pic4_, "freqa", QString()));
+    panel->addWidget(label(pic4_, "leva", QString()));
+    panel->addWidget(label(pic4_, "Label10", QStringLiteral("Cursor 2"), paletteColour(2)));
+    panel->addWidget(label(pic4_, "freqb", QString()));
+    panel->addWidget(label(pic4_, "levb", QString()));
+    panel->addWidget(label(pic4_, "Label8", QStringLiteral("Cur. 1-2 (dB)")));
+    panel->addWidget(label(pic4_, "freqab", QString()));
+    panel->addWidget(label(pic4_, "levab", QString()));
+    for (int i = 0; i < 3; ++i) {
+        command_[i] = new QPushButton(QString::fromLatin1(captions[i]), pic4_);
+        command_[i]->setObjectName(QString::fromLatin1(names[i]));
+        panel->addWidget(command_[i]);
+    }
+    panel->addStretch(1);
+    // Label5, the distance caption, stands under the frequency labels.
+    label5_ = label(this, "Label5", QString(), paletteColour(5));
+    label5_->hide();
+
+    check1_->setChecked(st.logaxis);
+    check2_->setChecked(st.economic);
+    connect(check1_, &QCheckBox::clicked, this, [](bool on) {
+        st.logaxis = on;
+        st.redrawflag = 1;
+    });
+    connect(check2_, &QCheckBox::clicked, this, [](bool on) {
+        st.economic = on;
+        st.redrawflag = 1;
+    });
+
+    uiHooks().uncalVisible = [this](bool visible) { label11_->setVisible(visible); };
+    applyLayout(false);
+    // The load leaves the scales to the first resize; a pass may come before it, so set them.
+    setHorizontalScales(*this);
+    setPlotForm(this);
+}
+
+Grafik::~Grafik()
+{
+    if (plotForm() == this)
+        setPlotForm(nullptr);
+    uiHooks().uncalVisible = nullptr;
+}
+
+PictureBox *Grafik::pictureBox(int number) const
+{
+    return number == 1 ? pic1_ : number == 2 ? pic2_ : number == 3 ? pic3_ : nullptr;
+}
+
+void Grafik::applyLayout(bool withScales)
+{
+    const int w = std::max(width() * kTwipsPerPixel, kMinWidthTwips);
+    const int h = std::max(height() * kTwipsPerPixel, kMinHeightTwips);
+    pic2_->setGeometry(twips(0, 0, 600, h - 400));
+    pic3_->setGeometry(twips(600, h - 800, w - 700, 400));
+    pic4_->setGeometry(twips(w - 1200, 0, 1100, h - 800));
+    pic1_->setGeometry(twips(600, 0, w - 1800, h - 800));
+    label5_->setGeometry(twips(600, h - 400, w - 1800, 300));
+    // A hidden widget hears of its new size only when shown; the surfaces need it now.
+    for (PictureBox *box : {pic1_, pic2_, pic3_})
+        box->surface().resize(box->width(), box->height());
+    if (withScales) {
+        setHorizontalScales(*this);
+        st.redrawflag = 1;
+    }
+}
+
+void Grafik::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    if (!isMinimized() && !isMaximized())
+        applyLayout(true);
+}
+
+void Grafik::setCaption(const QString &text)
+{
+    setWindowTitle(text);
+    if (auto *sub = qobject_cast<QMdiSubWindow *>(parentWidget()))
+        sub->setWindowTitle(text);
+}
+
+void Grafik::setLogBox(bool enabled, bool checked)
+{
+    check1_->setEnabled(enabled);
+    check1_->setChecked(checked);
+}
+
+void Grafik::setUnitLabel(const QString &text) { label6_->setText(text); }
+
+void Grafik::setDistanceLabel(bool visible, const QString &text)
+{
+    if (visible)
+        label5_->setText(text);
+    label5_->setVisible(visible);
+}
+
+void Grafik::setMemoryLabel(const QString &text)
+{
+    label4_->setText(text);
+    label4_->repaint();
+}
+
+void Grafik::setButtons(bool peak, bool centre, bool twice)
+{
+    command_[0]->setEnabled(peak);
+    command_[1]->setEnabled(centre);
+    command_[2]->setEnabled(twice);
+}
+
+void Grafik::showPicture()
+{
+    pic1_->update();
+    pic2_->update();
+    pic3_->update();
+}
+
+Grafik *showGrafik(Mdi &window)
+{
+    if (auto *loaded = qobject_cast<Grafik *>(window.child(QStringLiteral("grafik")))) {
+        window.showChild(loaded);
+        return loaded;
+    }
+    auto *form = new Grafik;
+    QMdiSubWindow *sub = window.showChild(form);
+    // Placement in twips as saved: Left, Top, Width, Height at 2..5, the window state at 1.
+    const auto &pos = st.formpos;
+    const int w = pos[4] > 0 ? pos[4] : kDefaultSizeTwips;
+    const int h = pos[5] > 0 ? pos[5] : kDefaultSizeTwips;
+    sub->setGeometry(pos[2] / kTwipsPerPixel, pos[3] / kTwipsPerPixel, w / kTwipsPerPixel, h / kTwipsPerPixel);
+    if (pos[1] == 1)
+        sub->showMinimized();
+    else if (pos[1] == 2)
+        sub->showMaximized();
+    return form;
+}
+
+}  // namespace kw

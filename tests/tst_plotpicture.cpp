@@ -1,0 +1,131 @@
+// The plot as a person sees it: grafik rendered offscreen with a known trace and limit, saved as
+// a PNG, and its colours checked where the trace, the limit and the grid must be.
+#include "live/cycle.h"
+#include "platform/surface.h"
+#include "plot/drawplot.h"
+#include "plot/grafik.h"
+#include "plot/plotsources.h"
+#include "shell/state.h"
+
+#include <QDir>
+#include <QImage>
+#include <QtTest>
+
+using namespace kw;
+
+namespace {
+
+// Plot frame: -20 dB at the top, -100 dB at the bottom, 0..1000 MHz.
+constexpr int kTop = -50;
+constexpr int kBottom = -250;
+constexpr int kTraceLevel = -230;
+
+struct Probe {
+    const QImage &image;
+    // The pixel of a plot point (x 0..1000000, y in plot units).
+    QPoint at(double x, double y) const
+    {
+        return QPoint(int(x / 1e6 * image.width()), int((y - kTop) / double(kBottom - kTop) * image.height()));
+    }
+    // Whether the colour is within two pixels of the point (the pens are one and two wide).
+    bool near(double x, double y, const QColor &colour) const
+    {
+        const QPoint c = at(x, y);
+        for (int dy = -2; dy <= 2; ++dy)
+            for (int dx = -2; dx <= 2; ++dx) {
+                const QPoint p = c + QPoint(dx, dy);
+                if (image.rect().contains(p) && image.pixelColor(p) == colour)
+                    return true;
+            }
+        return false;
+    }
+};
+
+}  // namespace
+
+class TestPlotPicture : public QObject {
+    Q_OBJECT
+private slots:
+    void init()
+    {
+        resetState();
+        resetPlotSources();
+    }
+    void cleanup() { resetPlotSources(); }
+
+    void traceLimitAndGridHaveTheirColours()
+    {
+        Grafik form;
+        form.resize(900, 600);
+        form.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&form));
+        st.freqstart = 0.0f;
+        st.freqstop = 1000.0f;
+        st.span = 1000;
+        st.grafikmax = kTop;
+        st.grafikmin = kBottom;
+        st.viewsample = 1;
+        for (int i = 1; i <= 2001; ++i)
+            st.sampledata[size_t(i)] = kTraceLevel;
+        st.viewlimitmax = 1;
+        plotSources().limitRows = [](bool maxHold) {
+            std::vector<LimitRow> rows;
+            if (maxHold)
+                rows = {{100.0f, -60.0f}, {900.0f, -80.0f}};
+            return rows;
+        };
+
+        DrawPlot();
+        QCOMPARE(st.grafikmax, int16_t(kTop));  // the limit lies inside: no widening
+        auto &surface = static_cast<ImageSurface &>(form.picture1());
+        const QImage image = surface.image();
+        QVERIFY(image.save(QDir::current().filePath(QStringLiteral("grafik-trace-limit.png"))));
+        QVERIFY(form.grab().save(QDir::current().filePath(QStringLiteral("grafik-form.png"))));
+        const Probe probe{image};
+
+        const QColor green = paletteColour(2);
+        const QColor lightRed = paletteColour(12);
+        const QColor grey = paletteColour(7);
+        // Sample points: index i stands at x = (i - 1) / 2001 of the width.
+        for (int i : {2, 400, 1000, 1700, 2000})
+            QVERIFY2(probe.near((i - 1) * 1e6 / 2001, kTraceLevel, green), qPrintable(QString::number(i)));
+        // The limit from (100 MHz, -60 dB) to (900 MHz, -80 dB): -150 to -200 plot units.
+        for (double f : {150.0, 300.0, 520.0, 850.0}) {
+            const double y = -150.0 - 50.0 * (f - 100.0) / 800.0;
+            QVERIFY2(probe.near(f * 1000.0, y, lightRed), qPrintable(QString::number(f)));
+        }
+        QVERIFY(!probe.near(50 * 1000.0, -150, lightRed));  // nothing left of the first point
+        // Grid: vertical lines at every tenth of the span, level lines every 10 dB from -20 dB.
+        QCOMPARE(image.pixelColor(probe.at(200000, -60)), grey);
+        QCOMPARE(image.pixelColor(probe.at(700000, -60)), grey);
+        QCOMPARE(image.pixelColor(probe.at(50000, -75)), grey);
+        QCOMPARE(image.pixelColor(probe.at(50000, -87)), QColor(Qt::white));
+    }
+
+    void eraseLeavesAnEmptyGridAndACoveredWindowComesBackFromTheImage()
+    {
+        Grafik form;
+        form.resize(900, 600);
+        form.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&form));
+        st.grafikmax = kTop;
+        st.grafikmin = kBottom;
+        for (int i = 1; i <= 2001; ++i)
+            st.sampledata[size_t(i)] = kTraceLevel;
+        DrawPlot();
+        eraseall();
+        QCOMPARE(st.grafikmin, int16_t(1000));
+        QCOMPARE(st.sampledata[1000], int16_t(0));
+        const QImage erased = static_cast<ImageSurface &>(form.picture1()).image();
+        QVERIFY(!erased.isNull());
+        // A repaint of the widget draws the kept image and asks for no pass.
+        st.redrawflag = 0;
+        form.pictureBox(1)->repaint();
+        QCOMPARE(st.redrawflag, uint8_t(0));
+        QCOMPARE(form.pictureBox(1)->grab().toImage().pixelColor(10, 10),
+                 erased.pixelColor(10, 10));
+    }
+};
+
+QTEST_MAIN(TestPlotPicture)
+#include "tst_plotpicture.moc"
