@@ -9,7 +9,7 @@ namespace kw {
 
 namespace {
 // A decade search beyond this gives up: only a broken frequency gets there.
-constexpr float kLastDecade = 1e30f;
+constexpr int kLastExponent = 30;
 }
 
 void ComputeDecades()
@@ -17,13 +17,17 @@ void ComputeDecades()
     st.decadelow = 0.0f;
     st.decadehigh = 0.0f;
     st.decadestep = 0.001f;
-    float d = 0.001f;
+    // The running decade is a power of ten as exact as a float holds it, never a product of
+    // repeated multiplications: the digit search must see 3 x 1 MHz as exactly 3 MHz.
+    int exponent = -3;
+    auto decade = [&exponent] { return float(std::pow(10.0, exponent)); };
     // The search walks digits 1..9 of each decade with a strict "above", so a start of exactly
     // 3 x d still stands on 3 x d, and a start between 9 x d and 10 x d lands on 10 x d.
     if (st.freqstart <= 0.002f) {
         st.decadelow = 0.001f;
     } else {
-        while (d < kLastDecade) {
+        for (; exponent <= kLastExponent; ++exponent) {
+            const float d = decade();
             for (int k = 1; k <= 9; ++k) {
                 if (float(k) * d > st.freqstart) {
                     st.decadelow = k == 1 ? d : float(k - 1) * d;
@@ -33,17 +37,16 @@ void ComputeDecades()
             }
             if (st.decadelow != 0.0f)
                 break;
-            d *= 10.0f;
         }
     }
-    while (d < kLastDecade) {
+    for (; exponent <= kLastExponent; ++exponent) {
+        const float d = decade();
         for (int k = 1; k <= 9; ++k) {
             if (float(k) * d > st.freqstop) {
                 st.decadehigh = float(k) * d;
                 return;
             }
         }
-        d *= 10.0f;
     }
 }
 

@@ -1,0 +1,287 @@
+// The frame of the plot as numbers: decades of a logarithmic axis, frequency texts, the three
+// frequency grids, the level grid and the captions beside the plot.
+#include "platform/vbformat.h"
+#include "plot/axes.h"
+#include "plot/grid.h"
+#include "shell/state.h"
+#include "support/recordingplot.h"
+
+#include <QtTest>
+
+using namespace kw;
+using kwtest::RecordingPlot;
+
+namespace {
+
+int countVertical(const kwtest::RecordingSurface &s, int colour)
+{
+    int n = 0;
+    for (const auto &l : s.linesOf(colour))
+        n += l.x1 == l.x2 ? 1 : 0;
+    return n;
+}
+
+QStringList texts(const kwtest::RecordingSurface &s)
+{
+    QStringList out;
+    for (const auto &t : s.texts)
+        out << t.text;
+    return out;
+}
+
+}  // namespace
+
+class TestPlotAxes : public QObject {
+    Q_OBJECT
+private slots:
+    void init() { resetState(); }
+
+    void decades_data()
+    {
+        QTest::addColumn<float>("start");
+        QTest::addColumn<float>("stop");
+        QTest::addColumn<float>("low");
+        QTest::addColumn<float>("high");
+        QTest::addColumn<float>("step");
+        QTest::newRow("start at or below 0.002") << 0.002f << 30.0f << 0.001f << 40.0f << 0.001f;
+        QTest::newRow("between 9 and 10 of a decade jumps above the start") << 0.0095f << 1000.0f << 0.01f << 2000.0f << 0.01f;
+        QTest::newRow("exactly a digit stands on that digit") << 3.0f << 1000.0f << 3.0f << 2000.0f << 1.0f;
+        QTest::newRow("inside a decade rounds down to its digit") << 0.15f << 80.0f << 0.1f << 90.0f << 0.1f;
+        QTest::newRow("stop on a digit goes to the next") << 30.0f << 300.0f << 30.0f << 400.0f << 10.0f;
+    }
+    void decades()
+    {
+        QFETCH(float, start);
+        QFETCH(float, stop);
+        QFETCH(float, low);
+        QFETCH(float, high);
+        QFETCH(float, step);
+        st.freqstart = start;
+        st.freqstop = stop;
+        ComputeDecades();
+        QCOMPARE(st.decadelow, low);
+        QCOMPARE(st.decadehigh, high);
+        QCOMPARE(st.decadestep, step);
+    }
+
+    void decadesOfABrokenRangeEnd()
+    {
+        st.freqstart = std::numeric_limits<float>::quiet_NaN();
+        st.freqstop = std::numeric_limits<float>::infinity();
+        ComputeDecades();  // gives up instead of searching for ever
+        QCOMPARE(st.decadehigh, 0.0f);
+    }
+
+    void frequencyToX_data()
+    {
+        QTest::addColumn<bool>("log");
+        QTest::addColumn<float>("frequency");
+        QTest::addColumn<double>("x");
+        QTest::newRow("linear quarter") << false << 750.0f << 250000.0;
+        QTest::newRow("linear truncates") << false << 1.0f << 333.0;
+        QTest::newRow("linear below start") << false << -1.0f << -333.0;
+        QTest::newRow("log left edge") << true << 0.1f << 0.0;
+        QTest::newRow("log 0 Hz is the left edge") << true << 0.0f << 0.0;
+        QTest::newRow("log right edge") << true << 1000.0f << 1000000.0;
+        QTest::newRow("log a decade in") << true << 1.0f << 250000.0;
+    }
+    void frequencyToX()
+    {
+        QFETCH(bool, log);
+        QFETCH(float, frequency);
+        QFETCH(double, x);
+        st.freqstart = 0.0f;
+        st.freqstop = 3000.0f;
+        st.logaxis = log;
+        st.decadelow = 0.1f;
+        st.decadehigh = 1000.0f;
+        QVERIFY2(std::abs(FreqToX(frequency) - x) < 1e-3, qPrintable(QString::number(FreqToX(frequency), 'f', 3)));
+    }
+
+    void frequencyText_data()
+    {
+        QTest::addColumn<float>("frequency");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("zeroSpan");
+        QTest::newRow("below 1 MHz") << 0.9999f << "999.9K" << "Zerospan / Freq: 999.9K";
+        QTest::newRow("exactly 1 MHz") << 1.0f << "1.00M" << "Zerospan / Freq: 1.00M";
+        QTest::newRow("MHz") << 433.92f << "433.92M" << "Zerospan / Freq: 433.92M";
+        QTest::newRow("exactly 1000 MHz") << 1000.0f << "1.000G" << "Zerospan / Freq: 1.00G";
+        QTest::newRow("GHz") << 1500.0f << "1.500G" << "Zerospan / Freq: 1.50G";
+    }
+    void frequencyText()
+    {
+        QFETCH(float, frequency);
+        QFETCH(QString, text);
+        QFETCH(QString, zeroSpan);
+        setNumberLocale(NumberLocale::enUS());
+        QCOMPARE(FormatFrequency(frequency), text);
+        QCOMPARE(zeroSpanText(frequency), zeroSpan);
+    }
+
+    void linearGridBelowZeroHz()
+    {
+        RecordingPlot plot;
+        st.freqstart = -250.0f;
+        st.freqstop = 750.0f;
+        st.grafikmax = -50;
+        st.grafikmin = -250;
+        SetPlotScale();
+        DrawFrequencyGrid();
+        // A thick black line marks 0 Hz at a quarter of the width, in place of the left label.
+        const auto zero = plot.p1.linesOf(0);
+        QCOMPARE(int(zero.size()), 1);
+        QCOMPARE(zero[0].x1, 250000.0);
+        QCOMPARE(zero[0].width, 2);
+        // Tenths at -150 and -50 MHz lie left of the plot and are dropped.
+        QCOMPARE(countVertical(plot.p1, 7), 7);
+        QCOMPARE(int(plot.p3.texts.size()), 8);
+        QCOMPARE(plot.p3.texts.front().x, 300000.0);  // the first label is at 50 MHz, where it starts
+        QCOMPARE(plot.p3.texts.front().colour, 5);
+    }
+
+    void logarithmicGrid()
+    {
+        RecordingPlot plot;
+        setNumberLocale(NumberLocale::enUS());
+        st.freqstart = 0.15f;
+        st.freqstop = 80.0f;
+        st.logaxis = 1;
+        st.grafikmax = -50;
+        st.grafikmin = -250;
+        SetPlotScale();
+        QVERIFY(plot.logEnabled);
+        DrawFrequencyGrid();
+        // Digits 1..9 of the first decade, 2..9 of the next, 2..8 of the last below 90 MHz.
+        QCOMPARE(countVertical(plot.p1, 7), 24);
+        QCOMPARE(countVertical(plot.p1, 8), 2);
+        QCOMPARE(texts(plot.p3), QStringList({"100.0K", "1.00M", "10.00M", "90.00M"}));
+    }
+
+    void zeroSpanHasOnlyItsText()
+    {
+        RecordingPlot plot;
+        setNumberLocale(NumberLocale::enUS());
+        st.freqstart = 433.92f;
+        st.freqstop = 433.92f;
+        st.span = 0;
+        st.logaxis = 1;  // zero span of a live plot wins over "Log"
+        st.grafikmax = -50;
+        st.grafikmin = -250;
+        DrawFrequencyGrid();
+        QCOMPARE(int(plot.p1.lines.size()), 0);
+        QCOMPARE(texts(plot.p3), QStringList({"Zerospan / Freq: 433.92M"}));
+        QCOMPARE(plot.p3.texts[0].x, 1000.0);
+        QCOMPARE(plot.p3.texts[0].y, 10.0);
+        // A stepped result with a span below 1 takes the linear axis instead.
+        st.mode = 1;
+        st.logaxis = 0;
+        QCOMPARE(frequencyAxis(), FreqAxis::Linear);
+    }
+
+    void logOfferedOnlyForADecade()
+    {
+        RecordingPlot plot;
+        st.logaxis = 1;
+        st.freqstart = 100.0f;
+        st.freqstop = 900.0f;
+        SetPlotScale();
+        QVERIFY(!plot.logEnabled);
+        QCOMPARE(st.logaxis, uint8_t(0));  // forgotten, not suspended
+        st.freqstart = 10.0f;
+        st.freqstop = 100.0f;
+        SetPlotScale();
+        QVERIFY(plot.logEnabled);
+        QVERIFY(!plot.logChecked);
+    }
+
+    void levelGrid_data()
+    {
+        QTest::addColumn<float>("reflevel");
+        QTest::addColumn<int>("dbperdiv");
+        QTest::addColumn<int>("top");
+        QTest::addColumn<float>("unitoffset");
+        QTest::addColumn<QList<double>>("lines");
+        QTest::addColumn<QString>("firstLabel");
+        QTest::newRow("anchored on the reference line")
+            << -30.0f << 10 << -40 << 0.0f << QList<double>{-50, -75, -100, -125, -150, -175, -200, -225, -250} << "-20.0";
+        QTest::newRow("5 dB doubles the lines")
+            << -30.0f << 5 << -50 << 0.0f
+            << QList<double>{-50, -62.5, -75, -87.5, -100, -112.5, -125, -137.5, -150, -162.5, -175, -187.5, -200,
+                             -212.5, -225, -237.5, -250}
+            << "-20.0";
+        QTest::newRow("reference above the plot hangs from the top")
+            << -10.0f << 10 << -40 << 0.0f << QList<double>{-40, -65, -90, -115, -140, -165, -190, -215, -240} << "-16.0";
+        QTest::newRow("unit offset changes only the labels")
+            << -30.0f << 10 << -50 << 107.0f << QList<double>{-50, -75, -100, -125, -150, -175, -200, -225, -250} << "87.0";
+    }
+    void levelGrid()
+    {
+        QFETCH(float, reflevel);
+        QFETCH(int, dbperdiv);
+        QFETCH(int, top);
+        QFETCH(float, unitoffset);
+        QFETCH(QList<double>, lines);
+        QFETCH(QString, firstLabel);
+        RecordingPlot plot;
+        setNumberLocale(NumberLocale::enUS());
+        st.reflevel = reflevel;
+        st.attenuator = 10.0f;
+        st.dbperdiv = uint8_t(dbperdiv);
+        st.unitoffset = unitoffset;
+        st.grafikmax = int16_t(top);
+        st.grafikmin = -250;
+        SetPlotScale();
+        DrawLevelGrid();
+        QList<double> drawn;
+        for (const auto &l : plot.p1.linesOf(7))
+            drawn << l.y1;
+        std::sort(drawn.begin(), drawn.end(), std::greater<>());
+        QCOMPARE(drawn, lines);
+        QVERIFY(texts(plot.p2).contains(firstLabel));
+        QCOMPARE(plot.p2.scaleTop(), double(top));
+    }
+
+    void noScaleYetDrawsNoLevelLines()
+    {
+        RecordingPlot plot;
+        SetPlotScale();
+        DrawLevelGrid();
+        QCOMPARE(plot.p1.scaleHeight(), 2000.0);
+        QCOMPARE(int(plot.p1.linesOf(7).size()), 0);
+    }
+
+    void distanceCaption_data()
+    {
+        QTest::addColumn<int>("correction");
+        QTest::addColumn<float>("configdist");
+        QTest::addColumn<float>("limitdist");
+        QTest::addColumn<bool>("visible");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("offset to the limit's distance") << 1 << 3.0f << 10.0f << true << "Distance from DUT:  3m offset -10.5dB";
+        QTest::newRow("same distance") << 1 << 3.0f << 3.0f << true << "Distance from DUT:  3m";
+        QTest::newRow("limit without distance") << 1 << 10.0f << 0.0f << true << "Distance from DUT:  10m";
+        QTest::newRow("correction off") << 0 << 3.0f << 10.0f << false << "";
+        QTest::newRow("no distance") << 1 << 0.0f << 10.0f << false << "";
+    }
+    void distanceCaption()
+    {
+        QFETCH(int, correction);
+        QFETCH(float, configdist);
+        QFETCH(float, limitdist);
+        QFETCH(bool, visible);
+        QFETCH(QString, text);
+        RecordingPlot plot;
+        setNumberLocale(NumberLocale::enUS());
+        st.correctionon = uint8_t(correction);
+        st.configdist = configdist;
+        st.lmaxdist = limitdist;
+        DistanceCaption();
+        QCOMPARE(plot.distanceVisible, visible);
+        if (visible)
+            QCOMPARE(plot.distance, text);
+    }
+};
+
+QTEST_MAIN(TestPlotAxes)
+#include "tst_plotaxes.moc"
