@@ -1,0 +1,241 @@
+// Limit lines: the walk's cut to the plot, the choice between one line and fifty pieces, the zero
+// span level, and the widening of the level scale with its mix of dB and plot units.
+#include "plot/axes.h"
+#include "plot/drawplot.h"
+#include "plot/limitwalk.h"
+#include "plot/plotsources.h"
+#include "shell/state.h"
+#include "support/recordingplot.h"
+
+#include <QtTest>
+
+using namespace kw;
+using kwtest::RecordingPlot;
+
+namespace {
+
+LimitLine limitOf(std::vector<LimitRow> rows, int16_t logflag = 0)
+{
+    LimitLine l;
+    l.rows = std::move(rows);
+    l.logflag = logflag;
+    return l;
+}
+
+void plotRange(float start, float stop)
+{
+    st.freqstart = start;
+    st.freqstop = stop;
+    st.span = int16_t(stop - start);
+    st.grafikmax = -50;
+    st.grafikmin = -250;
+}
+
+}  // namespace
+
+class TestLimitWalk : public QObject {
+    Q_OBJECT
+private slots:
+    void init()
+    {
+        resetState();
+        resetPlotSources();
+    }
+    void cleanup() { resetPlotSources(); }
+
+    void segmentsAreCutToThePlot()
+    {
+        RecordingPlot plot;
+        plotRange(100.0f, 200.0f);
+        drawLimit(limitOf({{50.0f, -40.0f}, {150.0f, -60.0f}, {250.0f, -80.0f}}));
+        const auto lines = plot.p1.linesOf(12);
+        QCOMPARE(int(lines.size()), 2);
+        // First segment from the left edge at its level there, -50 dB.
+        QCOMPARE(lines[0].x1, 0.0);
+        QCOMPARE(lines[0].y1, -125.0);
+        QCOMPARE(lines[0].x2, 500000.0);
+        QCOMPARE(lines[0].y2, -150.0);
+        // Second segment up to the right edge, at -70 dB.
+        QCOMPARE(lines[1].x2, 1000000.0);
+        QCOMPARE(lines[1].y2, -175.0);
+        // The extent counts every row but the first, with the cut level of the last one.
+        QCOMPARE(st.limithigh, int16_t(-60));
+        QCOMPARE(st.limitlow, int16_t(-70));
+    }
+
+    void segmentCutAtBothEndsEndsOffItsLine()
+    {
+        RecordingPlot plot;
+        plotRange(100.0f, 200.0f);
+        drawLimit(limitOf({{0.0f, -40.0f}, {400.0f, -80.0f}}));
+        const auto lines = plot.p1.linesOf(12);
+        QCOMPARE(int(lines.size()), 1);
+        QCOMPARE(lines[0].y1, -125.0);  // -50 dB, on the line
+        // The far end is cut with the moved near level and t from the old start: -65 dB, where
+        // the straight line has -60 dB.
+        QCOMPARE(lines[0].y2, -162.0);
+    }
+
+    void rowsOutsideTheSpanDrawNothingYetCount()
+    {
+        RecordingPlot plot;
+        plotRange(100.0f, 200.0f);
+        drawLimit(limitOf({{300.0f, -40.0f}, {400.0f, -30.0f}, {500.0f, -90.0f}}));
+        QCOMPARE(int(plot.p1.lines.size()), 0);
+        QCOMPARE(st.limithigh, int16_t(-30));
+        QCOMPARE(st.limitlow, int16_t(-90));
+    }
+
+    void singleRowDrawsNothing()
+    {
+        RecordingPlot plot;
+        plotRange(100.0f, 200.0f);
+        drawLimit(limitOf({{150.0f, -40.0f}}));
+        QCOMPARE(int(plot.p1.lines.size()), 0);
+        QCOMPARE(st.limitlow, int16_t(2000));
+        QCOMPARE(st.limithigh, int16_t(-2000));
+    }
+
+    void formOfTheLine_data()
+    {
+        QTest::addColumn<bool>("logAxis");
+        QTest::addColumn<int>("logFlag");
+        QTest::addColumn<float>("f1");
+        QTest::addColumn<float>("l1");
+        QTest::addColumn<bool>("pieces");
+        QTest::newRow("linear limit, linear axis") << false << 0 << 900.0f << -60.0f << false;
+        QTest::newRow("log limit, log axis") << true << -1 << 900.0f << -60.0f << false;
+        QTest::newRow("linear limit, log axis") << true << 0 << 900.0f << -60.0f << true;
+        QTest::newRow("log limit, linear axis") << false << -1 << 900.0f << -60.0f << true;
+        QTest::newRow("equal levels are always straight") << true << 0 << 900.0f << -40.0f << false;
+        QTest::newRow("rows 0.0005 MHz apart are straight") << true << 0 << 100.0005f << -60.0f << false;
+    }
+    void formOfTheLine()
+    {
+        QFETCH(bool, logAxis);
+        QFETCH(int, logFlag);
+        QFETCH(float, f1);
+        QFETCH(float, l1);
+        QFETCH(bool, pieces);
+        RecordingPlot plot;
+        plotRange(10.0f, 1000.0f);
+        st.logaxis = logAxis;
+        ComputeDecades();
+        drawLimit(limitOf({{100.0f, -40.0f}, {f1, l1}}, int16_t(logFlag)));
+        const int n = int(plot.p1.linesOf(12).size());
+        if (pieces)
+            QVERIFY2(n >= 49 && n <= 51, qPrintable(QString::number(n)));
+        else
+            QCOMPARE(n, 1);
+    }
+
+    void logLimitOnALinearAxisBendsTheRightWay()
+    {
+        RecordingPlot plot;
+        plotRange(10.0f, 1000.0f);
+        drawLimit(limitOf({{100.0f, -40.0f}, {1000.0f, -60.0f}}, -1));
+        // Halfway in frequency a log-interpolated level has gone most of the way down already.
+        const auto lines = plot.p1.linesOf(12);
+        const auto mid = std::find_if(lines.begin(), lines.end(), [](const auto &l) { return l.x1 >= 555555; });
+        QVERIFY(mid != lines.end());
+        QVERIFY2(mid->y1 < -135, qPrintable(QString::number(mid->y1)));  // a straight line would be -125
+    }
+
+    void zeroSpanDrawsTheLevelAtTheFrequency()
+    {
+        RecordingPlot plot;
+        plotRange(150.0f, 150.0f);
+        st.span = 0;
+        drawLimit(limitOf({{100.0f, -40.0f}, {200.0f, -60.0f}}));
+        const auto lines = plot.p1.linesOf(12);
+        QCOMPARE(int(lines.size()), 1);
+        QCOMPARE(lines[0].x1, 0.0);
+        QCOMPARE(lines[0].x2, 1000000.0);
+        QCOMPARE(lines[0].y1, -125.0);
+        QCOMPARE(st.limithigh, int16_t(-50));
+        // A file's limitlines has no columns the searches know: no line.
+        LimitLine fromFile = limitOf({{100.0f, -40.0f}, {200.0f, -60.0f}});
+        fromFile.searchable = false;
+        plot.p1.lines.clear();
+        drawLimit(fromFile);
+        QCOMPARE(int(plot.p1.lines.size()), 0);
+    }
+
+    void emptyCellsKeepTheLastValue()
+    {
+        // A shorter limit in a file leaves empty cells, which sort first; reading them changes
+        // nothing, so the walk starts from nothing and meets the real rows later.
+        RecordingPlot plot;
+        plotRange(100.0f, 200.0f);
+        drawLimit(limitOf({{std::nullopt, std::nullopt}, {120.0f, -50.0f}, {180.0f, -50.0f}}));
+        const auto lines = plot.p1.linesOf(12);
+        QCOMPARE(int(lines.size()), 2);
+        QCOMPARE(lines[1].y1, -125.0);
+        QCOMPARE(lines[1].y2, -125.0);
+    }
+
+    void widening_data()
+    {
+        QTest::addColumn<float>("level");
+        QTest::addColumn<int>("min");
+        QTest::addColumn<int>("max");
+        // The scale is -20..-100 dB in plot units (-50..-250); the limit's extent is in dB.
+        QTest::newRow("inside the plot") << -60.0f << -250 << -50;
+        QTest::newRow("above the top in dB widens the top to the dB value") << -40.0f << -250 << -40;
+        QTest::newRow("below the plot in plot units but not in dB stays") << -110.0f << -250 << -50;
+        QTest::newRow("below the bottom in dB widens") << -300.0f << -300 << -50;
+    }
+    void widening()
+    {
+        QFETCH(float, level);
+        QFETCH(int, min);
+        QFETCH(int, max);
+        RecordingPlot plot;
+        plotRange(0.0f, 1000.0f);
+        st.viewlimitmax = 1;
+        plotSources().limitRows = [level](bool maxHold) {
+            return maxHold ? std::vector<LimitRow>{{100.0f, level}, {900.0f, level}} : std::vector<LimitRow>{};
+        };
+        DrawPlot();
+        QCOMPARE(st.grafikmin, int16_t(min));
+        QCOMPARE(st.grafikmax, int16_t(max));
+        // A restart repaints everything: the last pass holds one limit line only.
+        QCOMPARE(int(plot.p1.linesOf(12).size()), 1);
+    }
+
+    void noScaleYetNoLimitAndNoWidening()
+    {
+        RecordingPlot plot;
+        st.viewlimitmax = 1;
+        st.viewlimitave = 1;
+        int asked = 0;
+        plotSources().limitRows = [&asked](bool) {
+            ++asked;
+            return std::vector<LimitRow>{{100.0f, -40.0f}, {900.0f, -40.0f}};
+        };
+        DrawPlot();
+        QCOMPARE(asked, 0);
+        QCOMPARE(st.grafikmin, int16_t(1000));
+        QCOMPARE(st.grafikmax, int16_t(-1000));
+    }
+
+    void averageLimitAfterTheMaxHoldLimit()
+    {
+        RecordingPlot plot;
+        plotRange(0.0f, 1000.0f);
+        st.viewlimitmax = 1;
+        st.viewlimitave = 1;
+        plotSources().limitRows = [](bool maxHold) {
+            const float l = maxHold ? -60.0f : -70.0f;
+            return std::vector<LimitRow>{{100.0f, l}, {900.0f, l}};
+        };
+        DrawPlot();
+        QCOMPARE(int(plot.p1.linesOf(12).size()), 1);
+        QCOMPARE(int(plot.p1.linesOf(9).size()), 1);
+        QCOMPARE(plot.p1.linesOf(9)[0].y1, -175.0);
+        QCOMPARE(plot.p1.linesOf(9)[0].width, 2);
+    }
+};
+
+QTEST_MAIN(TestLimitWalk)
+#include "tst_limitwalk.moc"
