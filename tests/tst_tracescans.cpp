@@ -1,0 +1,229 @@
+// Traces on the plot: the array scan with its peak and caption, and the three scans of a
+// measurement table with the "Economic" thinning that keeps maxima.
+#include "platform/vbformat.h"
+#include "plot/drawplot.h"
+#include "plot/filescan.h"
+#include "plot/plotsources.h"
+#include "plot/tracescan.h"
+#include "shell/state.h"
+#include "support/recordingplot.h"
+
+#include <QtTest>
+
+using namespace kw;
+using kwtest::RecordingPlot;
+
+namespace {
+
+std::vector<VectorRows::Row> flatRows(int n, float level = -50.0f)
+{
+    std::vector<VectorRows::Row> rows(static_cast<size_t>(n));
+    for (int i = 0; i < n; ++i) {
+        rows[size_t(i)][kFrequency] = 30.0f + float(i) * 0.1f;
+        for (int c = kSample; c < kMeasColumns; ++c)
+            rows[size_t(i)][size_t(c)] = level;
+    }
+    return rows;
+}
+
+}  // namespace
+
+class TestTraceScans : public QObject {
+    Q_OBJECT
+private slots:
+    void init()
+    {
+        resetState();
+        resetPlotSources();
+        st.freqstart = 0.0f;
+        st.freqstop = 1000.0f;
+        st.grafikmax = -50;
+        st.grafikmin = -250;
+    }
+    void cleanup() { resetPlotSources(); }
+
+    void arrayScanDrawsEveryPointAndFindsTheFirstPeak()
+    {
+        RecordingPlot plot;
+        st.viewsample = 1;
+        st.viewmaxhold = 1;
+        for (int i = 1; i <= 2001; ++i) {
+            st.sampledata[size_t(i)] = -200;
+            st.maxholddata[size_t(i)] = -190;
+        }
+        st.sampledata[1001] = -100;  // the same peak in Sample and Max hold
+        st.maxholddata[1001] = -100;
+        st.maxholddata[1500] = -100;
+        scanArrays();
+        QCOMPARE(int(plot.p1.linesOf(2).size()), 2000);
+        QCOMPARE(int(plot.p1.linesOf(12).size()), 2000);
+        const auto &first = plot.p1.linesOf(2).front();
+        QCOMPARE(first.x1, 0.0);
+        // The last segment ends at 2000/2001 of the width, not at the edge.
+        QCOMPARE(plot.p1.linesOf(2).back().x2, std::trunc(2000.0 / 2001.0 * 1000.0 * 1000000.0 / 1000.0));
+        QCOMPARE(st.peaklevel, int16_t(-100));
+        QCOMPARE(st.peakfreq, float(1000.0 / 2001.0 * 1000.0));
+        QCOMPARE(plot.memory, QStringLiteral("Mem B"));
+        QVERIFY(plot.buttons[0] && plot.buttons[1] && plot.buttons[2]);
+    }
+
+    void zeroSpanArraysRunAcrossWithoutTheAxis()
+    {
+        RecordingPlot plot;
+        st.span = 0;
+        st.freqstart = st.freqstop = 100.0f;
+        st.viewsample = 1;
+        st.viewb = 1;
+        for (int i = 1; i <= 2001; ++i)
+            st.sampledata[size_t(i)] = -200;
+        st.memorydata.fill(-300);
+        st.memorydata[2001] = -120;
+        scanArrays();
+        QCOMPARE(int(plot.p1.linesOf(3).size()), 2000);
+        QCOMPARE(plot.p1.linesOf(2)[1].x1, 1000000.0 / 2001.0);
+        QVERIFY(!plot.buttons[1]);  // "CA = CF" has nothing to centre on
+        QCOMPARE(st.peakfreq, float(2000.0 * 1000000.0 / 2001.0));
+    }
+
+    void captionNamesEveryShownTrace()
+    {
+        RecordingPlot plot;
+        setNumberLocale(NumberLocale::enUS());
+        st.viewsample = 1;
+        st.viewaverage = 0;
+        st.viewab = 1;
+        st.sampledate = 46000.5;  // noon
+        st.memorydate = 46000.75;
+        DrawPlot();
+        QCOMPARE(plot.caption(), QStringLiteral("Sam:12:00:00 PM   Mem:6:00:00 PM"));
+    }
+
+    void allTracesOffLeaveGridAndNoPeak()
+    {
+        RecordingPlot plot;
+        st.viewsample = 0;
+        st.sampledata[500] = 100;
+        DrawPlot();
+        QCOMPARE(int(plot.p1.linesOf(2).size()), 0);
+        QCOMPARE(plot.caption(), QString());
+        QCOMPARE(st.peaklevel, int16_t(-1000));
+        QVERIFY(!plot.p1.linesOf(7).empty());
+    }
+
+    void secondPassWhileOneRunsIsRefused()
+    {
+        RecordingPlot plot;
+        st.drawbusy = 1;
+        DrawPlot();
+        QCOMPARE(plot.p1.clears, 0);
+        st.drawbusy = 0;
+        DrawPlot();
+        QCOMPARE(plot.p1.clears, 1);
+        QCOMPARE(st.drawbusy, uint8_t(0));
+        QCOMPARE(st.cursorfresh, uint8_t(1));
+    }
+
+    void thinning_data()
+    {
+        QTest::addColumn<int>("rows");
+        QTest::addColumn<int>("economic");
+        QTest::addColumn<int>("step");
+        QTest::addColumn<int>("lines");
+        // Each read after the first row gives one line; the read at the end draws a dot.
+        QTest::newRow("2749 rows: step 5, not thinned") << 2749 << 1 << 5 << 2749;
+        QTest::newRow("2750 rows: step 6 (5.5 to even), groups of 7") << 2750 << 1 << 6 << 393;
+        QTest::newRow("2750 rows without Economic") << 2750 << 0 << 6 << 2750;
+    }
+    void thinning()
+    {
+        QFETCH(int, rows);
+        QFETCH(int, economic);
+        QFETCH(int, step);
+        QFETCH(int, lines);
+        RecordingPlot plot;
+        st.economic = uint8_t(economic);
+        st.span = 1000;
+        st.viewsample = 1;
+        st.viewqpeak = 0;
+        VectorRows table(flatRows(rows));
+        scanFile(table);
+        QCOMPARE(int(st.economicstep), step);
+        QCOMPARE(int(plot.p1.linesOf(2).size()), lines);
+    }
+
+    void thinningKeepsEachColumnsMaximum()
+    {
+        auto rows = flatRows(2800);
+        rows[10][kSample] = -20.0f;  // inside the second group (rows 8..14)
+        rows[12][kMaxhold] = -30.0f;
+        rows[12][kAverage] = std::nullopt;  // an empty cell changes nothing
+        MeasPoint point;
+        VectorRows table(rows);
+        readPoint(table, point);
+        readNextPoint(table, point, true, 6);
+        readNextPoint(table, point, true, 6);
+        QCOMPARE(point.level[kSample], int16_t(-50));  // -20 dB * 2.5
+        QCOMPARE(point.level[kMaxhold], int16_t(-75));
+        QCOMPARE(point.level[kAverage], int16_t(-125));
+        QCOMPARE(point.frequency, rows[14][kFrequency].value());  // the group's last frequency
+    }
+
+    void levelsOutsideSixteenBitsKeepTheOldValue()
+    {
+        auto rows = flatRows(3);
+        rows[1][kSample] = 1e6f;
+        VectorRows table(rows);
+        MeasPoint point;
+        readPoint(table, point);
+        readNextPoint(table, point, false, 0);
+        QCOMPARE(point.level[kSample], int16_t(-125));
+    }
+
+    void stemsShowOnlyAboveAmbientAndMargin()
+    {
+        RecordingPlot plot;
+        st.mode = 2;
+        st.freqstart = 30.0f;
+        st.freqstop = 40.0f;
+        st.viewmaxhold = 1;
+        st.viewqpeak = 1;
+        st.viewvertical = 1;
+        st.calcon = 1;
+        st.calcoffset = 6;
+        auto rows = flatRows(4, -1000.0f);
+        for (auto &r : rows) {
+            r[kSample] = 1.0f;            // marked for stepping
+            r[kAmbientV] = -60.0f;        // -150 plot units, +15 margin: threshold -135
+        }
+        rows[0][kMaxhold] = -50.0f;       // -125: shown
+        rows[0][kQPeak] = -55.0f;         // -137: below the threshold
+        rows[1][kMaxhold] = -54.0f;       // -135: at the threshold, not shown
+        rows[2][kSample] = 0.0f;          // not stepped: no stems at all
+        rows[2][kMaxhold] = -40.0f;
+        VectorRows table(rows);
+        scanFile(table);
+        const auto stems = plot.p1.linesOf(12);
+        QCOMPARE(int(stems.size()), 1);
+        QCOMPARE(stems[0].y1, -250.0);
+        QCOMPARE(stems[0].y2, -125.0);
+        QCOMPARE(int(plot.p1.linesOf(5).size()), 0);
+    }
+
+    void fileScanDisablesTheButtonsAndLabelsTheSweep()
+    {
+        RecordingPlot plot;
+        st.filemode = 1;
+        st.mode = 1;
+        st.viewsample = 1;
+        plotSources().measurementRows = [] { return std::make_unique<VectorRows>(flatRows(10)); };
+        DrawPlot();
+        QVERIFY(!plot.buttons[0] && !plot.buttons[1] && !plot.buttons[2]);
+        QCOMPARE(plot.memory, QStringLiteral("Sweep"));
+        QVERIFY(plot.caption().startsWith(QStringLiteral("Measure date: ")));
+        QCOMPARE(st.peaklevel, int16_t(-1000));  // files track no peak
+        QCOMPARE(int(plot.p1.linesOf(2).size()), 10);
+    }
+};
+
+QTEST_MAIN(TestTraceScans)
+#include "tst_tracescans.moc"
