@@ -1,0 +1,138 @@
+// The live cycle and its tool bar: buttons and timers of the main window, continuous reading and
+// its refusal in trigger mode, erasing, and the deferred redraw.
+#include "live/cycle.h"
+#include "plot/grafik.h"
+#include "shell/mdi.h"
+#include "shell/startup.h"
+#include "shell/state.h"
+#include "shell/toolpanel.h"
+#include "shell/uihooks.h"
+#include "support/recordingplot.h"
+
+#include <QCheckBox>
+#include <QPushButton>
+#include <QTimer>
+#include <QtTest>
+
+using namespace kw;
+using kwtest::RecordingPlot;
+
+class TestLiveCycle : public QObject {
+    Q_OBJECT
+private slots:
+    void init() { resetState(); }
+
+    void mainWindowHasTheToolBarTheTimersAndThePlot()
+    {
+        Mdi window;
+        loadMain(window);
+        const QList<QPair<QString, QString>> buttons = {
+            {"Command1", "Print"}, {"Command2", "Read"}, {"Command3", "Set/Read"},
+            {"Command4", "Erase"}, {"Command5", "Notes"}, {"Command6", "Toolbox"}};
+        for (const auto &[name, caption] : buttons) {
+            auto *b = window.toolPanel()->findChild<QPushButton *>(name);
+            QVERIFY2(b, qPrintable(name));
+            QCOMPARE(b->text(), caption);
+        }
+        auto *timer1 = window.findChild<QTimer *>(QStringLiteral("Timer1"));
+        QVERIFY(timer1 && timer1->isActive());
+        QCOMPARE(timer1->interval(), 1000);
+        QVERIFY(!window.findChild<QTimer *>(QStringLiteral("Timer2"))->isActive());
+        QVERIFY(!window.findChild<QTimer *>(QStringLiteral("Timer3"))->isActive());
+        QVERIFY(window.child(QStringLiteral("grafik")));
+        QCOMPARE(st.grafikmin, int16_t(1000));  // erased at the end of the load
+    }
+
+    void eraseButtonClearsTracesWithoutTheAnalyser()
+    {
+        Mdi window;
+        loadMain(window);
+        st.sampledata[10] = -100;
+        st.maxholddata[2001] = -90;
+        st.grafikmin = -250;
+        st.grafikmax = -50;
+        st.filemode = 1;
+        window.toolPanel()->findChild<QPushButton *>(QStringLiteral("Command4"))->click();
+        QCOMPARE(st.sampledata[10], int16_t(0));
+        QCOMPARE(st.maxholddata[2001], int16_t(0));
+        QCOMPARE(st.grafikmin, int16_t(1000));
+        QCOMPARE(st.grafikmax, int16_t(-1000));
+        QCOMPARE(st.filemode, uint8_t(0));
+        QCOMPARE(st.portopen, int16_t(0));
+    }
+
+    void autoRefusedWhileTriggerModeRuns()
+    {
+        Mdi window;
+        loadMain(window);
+        QCheckBox *box = window.toolPanel()->ckauto();
+        st.triggerrun = 1;
+        box->click();
+        QVERIFY(!box->isChecked());
+        QCOMPARE(st.liveread, uint8_t(0));
+        st.triggerrun = 0;
+        box->click();
+        QVERIFY(box->isChecked());
+        QCOMPARE(st.liveread, uint8_t(1));
+    }
+
+    void clearingTheTickFromCodeEndsLiveReading()
+    {
+        Mdi window;
+        loadMain(window);
+        window.toolPanel()->ckauto()->click();
+        QCOMPARE(st.liveread, uint8_t(1));
+        // What a serial fault does to the box.
+        st.ckauto = 0;
+        notifyToolbar();
+        QCOMPARE(st.liveread, uint8_t(0));
+        QVERIFY(!window.toolPanel()->ckauto()->isChecked());
+    }
+
+    void timerServesTheRedrawRequest()
+    {
+        RecordingPlot plot;
+        st.redrawflag = 1;
+        timer1Tick();
+        QCOMPARE(plot.p1.clears, 1);
+        QCOMPARE(st.redrawflag, uint8_t(0));
+        timer1Tick();
+        QCOMPARE(plot.p1.clears, 1);  // nothing asked, nothing drawn
+    }
+
+    void autostoreOnlyInTheLiveCycle()
+    {
+        int stores = 0;
+        liveHooks().autostore = [&stores] { ++stores; };
+        st.autostoreon = 1;
+        st.autostorenext = 0;
+        timer1Tick();
+        QCOMPARE(stores, 0);
+        st.liveread = 1;
+        timer1Tick();
+        QCOMPARE(stores, 1);
+        QVERIFY(st.autostorenext > 0);
+        timer1Tick();  // not yet due again
+        QCOMPARE(stores, 1);
+        liveHooks().autostore = nullptr;
+    }
+
+    void timer2RunsOneStageAndStops()
+    {
+        int stages = 0;
+        bool enabled = true;
+        liveHooks().emcStage = [&stages] { ++stages; };
+        auto keep = liveHooks().timer2Enabled;
+        liveHooks().timer2Enabled = [&enabled](bool on) { enabled = on; };
+        timer2Tick();
+        QCOMPARE(stages, 1);
+        QVERIFY(!enabled);
+        liveHooks().emcStage = nullptr;
+        liveHooks().timer2Enabled = keep;
+        timer3Tick();
+        QCOMPARE(st.tick20, uint8_t(1));
+    }
+};
+
+QTEST_MAIN(TestLiveCycle)
+#include "tst_livecycle.moc"
