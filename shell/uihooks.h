@@ -12,6 +12,8 @@ struct UiHooks {
     std::function<void(bool)> toolboxVisible;
     std::function<void(bool)> uncalVisible;      // the "UNCAL" label of the plot
     std::function<void()> closeBoxcom;
+    std::function<void()> showTransmission;      // the debug form Tr
+    std::function<void()> refreshForms;          // repaint measur, track, detec from the record
 };
 
 UiHooks &uiHooks();
