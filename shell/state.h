@@ -133,6 +133,14 @@ struct State {
     // ---- Instrument link (further fields)
 
     // ---- Level processing
+    float configdist = 0.0f;          // metres, of the antenna in slot a of the configuration; 0 unknown
+    float lmaxdist = 0.0f;            // metres the peak limit was defined for
+    float lavedist = 0.0f;            // metres the average limit was defined for; kept, never used
+    float distancecorrection = 0.0f;  // dB, worked out once per trace or step
+    std::array<int32_t, 5> devicenr{};  // losnr of slots a..e; below 1 is an empty slot
+    // For each slot the two table rows around the last frequency asked: low f, high f, low, high.
+    std::array<std::array<float, 4>, 5> corrsegment{};
+    float correction = 0.0f;          // dB, the result of correctionat
 
     // ---- Live measurement
 
