@@ -15,6 +15,14 @@ int16_t sub16(int raw, int by)
         throw VbError(6);
     return int16_t(d);
 }
+
+// CInt: halves to even, out of range (or not a number) the classic overflow.
+int16_t cint16(double v)
+{
+    if (!(v >= -32768.5 && v < 32767.5))
+        throw VbError(6);
+    return vbCInt(v);
+}
 }  // namespace
 
 int16_t rawtocount(int raw, int dbperdiv, float attenuator, float reflevel)
@@ -23,17 +31,17 @@ int16_t rawtocount(int raw, int dbperdiv, float attenuator, float reflevel)
     // dbperdiv / 10 is a double, the attenuator and reference a single-precision sum.
     const float top = attenuator + reflevel;
     const double level = (dbperdiv / 10.0) * a + double(top) * 2.5;
-    return vbCInt(std::trunc(level));
+    return cint16(std::trunc(level));
 }
 
 int16_t addcorrection(int16_t count, float correctiondb)
 {
-    return vbCInt(count + double(correctiondb) * 2.5);
+    return cint16(count + double(correctiondb) * 2.5);
 }
 
 int noisegate(int raw, double noisevalue) { return raw < noisevalue ? 0 : raw; }
 
-int16_t countstowholedb(int16_t count) { return vbCInt(count / 2.5); }
+int16_t countstowholedb(int16_t count) { return cint16(count / 2.5); }
 
 float tracepointfreq(float freqstart, float freqstop, int32_t pointcount, int i)
 {
