@@ -181,7 +181,7 @@ private slots:
     {
         QVERIFY_THROWS_EXCEPTION(VbError, rawtocount(227, 10, 0.0f, 20000.0f));
         QVERIFY_THROWS_EXCEPTION(VbError, addcorrection(32000, 400.0f));
-        QCOMPARE(int(addcorrection(-32767, -0.6f)), -32768);
+        QCOMPARE(int(addcorrection(-32767, -0.5f)), -32768);
         int16_t lo = 0, hi = 0;
         QVERIFY_THROWS_EXCEPTION(VbError, applyrange(lo, hi, -32768, 0));
         QVERIFY_THROWS_EXCEPTION(VbError, applyrange(lo, hi, 0, 32760));
