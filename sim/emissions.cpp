@@ -5,7 +5,7 @@
 #include <cmath>
 #include <utility>
 
-namespace sim {
+namespace kt {
 
 namespace {
 
@@ -102,4 +102,4 @@ double rbwResponseDb(double dfMHz, int rbwKHz)
     return -std::min(a, 120.0);
 }
 
-}  // namespace sim
+}  // namespace kt

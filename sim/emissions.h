@@ -6,7 +6,7 @@
 #include <random>
 #include <vector>
 
-namespace sim {
+namespace kt {
 
 struct SimScene {
     bool dutOn = true;      // the operator switches the device off for an ambient sweep
@@ -42,4 +42,4 @@ double broadbandMw(double mhz, int rbwKHz);
 // Response of the resolution filter (Gaussian, 3 dB at +-RBW/2) to a carrier df MHz away, in dB (<= 0).
 double rbwResponseDb(double dfMHz, int rbwKHz);
 
-}  // namespace sim
+}  // namespace kt

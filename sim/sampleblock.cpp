@@ -2,7 +2,7 @@
 
 #include <QString>
 
-namespace sim {
+namespace kt {
 
 uint32_t levelChecksum(const QByteArray &levels)
 {
@@ -51,4 +51,4 @@ double stepSizeMHz(int bandwith)
     return 0.4;
 }
 
-}  // namespace sim
+}  // namespace kt

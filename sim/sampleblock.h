@@ -8,7 +8,7 @@
 #include <QByteArray>
 #include <cstdint>
 
-namespace sim {
+namespace kt {
 
 constexpr int kBlockSize = 2048;
 constexpr int kTrailerSize = 43;
@@ -31,4 +31,4 @@ QByteArray buildSampleBlock(const SimSettings &s, SimSignal &signal, double t, c
 // The centre frequency step of "#ss2" for a resolution bandwidth in kHz, in MHz.
 double stepSizeMHz(int bandwith);
 
-}  // namespace sim
+}  // namespace kt

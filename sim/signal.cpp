@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace sim {
+namespace kt {
 
 namespace {
 
@@ -161,4 +161,4 @@ QByteArray SimSignal::traceBytes(const SimSettings &s, double t)
     return out;
 }
 
-}  // namespace sim
+}  // namespace kt

@@ -13,7 +13,7 @@
 #include <random>
 #include <vector>
 
-namespace sim {
+namespace kt {
 
 constexpr int kPoints = 2001;
 constexpr double kSweepSeconds = 0.1;     // one sweep of the analyser
@@ -77,4 +77,4 @@ private:
     int axisBandwith_ = -1;
 };
 
-}  // namespace sim
+}  // namespace kt

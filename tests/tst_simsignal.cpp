@@ -5,7 +5,7 @@
 #include <QtTest>
 #include <algorithm>
 
-using namespace sim;
+using namespace kt;
 
 namespace {
 // Level in dBm that a byte stands for, by the program's own conversion.
