@@ -12,6 +12,7 @@ struct UiHooks {
     std::function<void(bool)> toolboxVisible;
     std::function<void(bool)> uncalVisible;      // the "UNCAL" label of the plot
     std::function<void()> closeBoxcom;
+    std::function<void()> showTransmission;      // the debug form Tr
 };
 
 UiHooks &uiHooks();
