@@ -61,6 +61,8 @@ void correctionat(float &frequency)
             continue;
         if (text.isEmpty())
             text = vbTrim(vbStr(f));
+        // A field that can't be read keeps what stands in the row passed in, as an assignment
+        // passed over leaves its target.
         CorrRow row;
         // Slot b has always written its criterion with two blanks; it finds the same row.
         const QString equal = slot == 1 ? QStringLiteral("frequency  = ") : QStringLiteral("frequency = ");
@@ -69,10 +71,12 @@ void correctionat(float &frequency)
             st.correction += row.level;
             continue;
         }
+        row = {seg[LowF], seg[LowLevel]};
         if (!table->findLast(QStringLiteral("frequency < ") + text, row))
             continue;  // below the first row: 0
         seg[LowF] = row.frequency;
         seg[LowLevel] = row.level;
+        row = {seg[HighF], seg[HighLevel]};
         if (!table->findFirst(QStringLiteral("frequency > ") + text, row))
             continue;  // above the last row: 0
         seg[HighF] = row.frequency;

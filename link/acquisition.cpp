@@ -1,5 +1,6 @@
 #include "link/acquisition.h"
 
+#include "levels/correctiontables.h"
 #include "link/acquisitionglue.h"
 #include "link/blockread.h"
 #include "link/connection.h"

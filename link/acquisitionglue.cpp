@@ -36,6 +36,5 @@ void setreadmode()
 }
 void readallsettings() {}
 void drawplot() {}
-void opencorrectiontables() {}
 
 }  // namespace kw

@@ -9,6 +9,5 @@ void setvmtrace();
 void setreadmode();
 void readallsettings();
 void drawplot();
-void opencorrectiontables();
 
 }  // namespace kw

@@ -143,6 +143,9 @@ struct State {
     // For each slot the two table rows around the last frequency asked: low f, high f, low, high.
     std::array<std::array<float, 4>, 5> corrsegment{};
     float correction = 0.0f;          // dB, the result of correctionat
+    // The point tables of slots b..e (index 1..4), read-only snapshots opened once a trace; slot a
+    // reads through the shared rs.
+    std::array<Recordset, 5> slotrs{};
 
     // ---- Live measurement
 
