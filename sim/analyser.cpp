@@ -8,7 +8,10 @@ const char kCr = 13;
 QByteArray line(const QString &text) { return text.toLatin1() + kCr; }
 }  // namespace
 
-Analyser::Analyser(const Options &options) : options_(options), baud_(options.baud) {}
+Analyser::Analyser(const Options &options)
+    : options_(options), baud_(options.baud), settings_(!options.model.contains(QLatin1String("3400")))
+{
+}
 
 QByteArray Analyser::receive(char byte)
 {
@@ -32,7 +35,11 @@ QByteArray Analyser::receive(char byte)
     if (command.isEmpty())
         return out;  // a bare carriage return is only echoed
     log_ << command;
-    if (options_.faults.noReply)
+    if (faults.silentAfter == 0)
+        faults.noReply = true;
+    else if (faults.silentAfter > 0)
+        --faults.silentAfter;
+    if (faults.noReply)
         return out;
     const QByteArray reply = answer(command);
     out += reply;
@@ -62,7 +69,7 @@ QByteArray Analyser::answer(const QString &command)
         remote_ = command.mid(3).toDouble() != 0;
         return line(QStringLiteral("RD"));
     }
-    return {};
+    return settings_.handle(command).value_or(QByteArray());
 }
 
 }  // namespace kt

@@ -3,6 +3,8 @@
 // the pty server feeds it the bytes that arrive at its line speed and sends what it answers.
 // Nothing here does input or output, so the model can be driven directly as well.
 
+#include "sim/settings.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
@@ -16,6 +18,7 @@ struct Faults {
     int wrongEchoes = 0;         // only the next so many echoes come back one code off
     QByteArray noise;            // stray bytes the analyser sends after every answer
     bool noReply = false;        // echoes, but never answers a complete command
+    int silentAfter = -1;        // answers only so many more commands, then falls silent
     bool unknownModel = false;   // "#KT" answers a model nobody knows
     bool vnZero = false;         // "#VN" answers 0
 };
@@ -43,6 +46,7 @@ public:
     const QStringList &commandLog() const { return log_; }
     void clearLog() { log_.clear(); }
     bool remote() const { return remote_; }
+    Settings &settings() { return settings_.settings(); }
 
 private:
     QByteArray answer(const QString &command);
@@ -50,6 +54,7 @@ private:
     Options options_;
     int baud_;
     bool remote_ = false;
+    SettingsModel settings_;
     QByteArray line_;
     QStringList log_;
 };

@@ -7,6 +7,7 @@
 #include <ctime>
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/prctl.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -141,15 +142,11 @@ int PtyServer::lineBaud() const
     return speedToBaud(cfgetispeed(&tio));
 }
 
-// With pacing on, each byte costs its line time: ten bits at the analyser's speed, once on the
-// way in and once for every byte that goes out.
-void PtyServer::send(const QByteArray &bytes, int baud)
+// With pacing on, each byte costs its line time: ten bits at the analyser's speed. A byte the
+// program sent has taken one byte time to arrive; every byte sent back takes one more, one after
+// the other. Deadlines are absolute, so the sleeps do not add up their wake-up delays.
+void PtyServer::send(const QByteArray &bytes, int baud, bool pacing)
 {
-    bool pacing = false;
-    {
-        std::lock_guard lock(mutex_);
-        pacing = model_.options().pacing;
-    }
     if (!pacing) {
         qsizetype done = 0;
         while (done < bytes.size()) {
@@ -165,6 +162,7 @@ void PtyServer::send(const QByteArray &bytes, int baud)
     const long byteNanos = 10L * 1000000000L / baud;
     timespec next{};
     clock_gettime(CLOCK_MONOTONIC, &next);
+    next = later(next, byteNanos);  // the byte that was heard
     for (const char c : bytes) {
         next = later(next, byteNanos);
         sleepUntil(next);
@@ -175,6 +173,8 @@ void PtyServer::send(const QByteArray &bytes, int baud)
 
 void PtyServer::serve()
 {
+    // Line times are a fraction of a millisecond: ask the kernel for tight wake-ups.
+    prctl(PR_SET_TIMERSLACK, 1UL, 0UL, 0UL, 0UL);
     pollfd fds[2] = {{master_, POLLIN, 0}, {wakePipe_[0], POLLIN, 0}};
     char buffer[256];
     while (!stopping_) {
@@ -204,12 +204,7 @@ void PtyServer::serve()
                     continue;
                 out = model_.receive(buffer[i]);
             }
-            if (pacing) {
-                timespec t{};
-                clock_gettime(CLOCK_MONOTONIC, &t);
-                sleepUntil(later(t, 10L * 1000000000L / baud));
-            }
-            send(out, baud);
+            send(out, baud, pacing);
         }
     }
 }

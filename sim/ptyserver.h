@@ -42,7 +42,7 @@ public:
 
 private:
     void serve();
-    void send(const QByteArray &bytes, int baud);
+    void send(const QByteArray &bytes, int baud, bool pacing);
 
     Analyser model_;
     std::mutex mutex_;

@@ -3,8 +3,13 @@
 #include "link/connection.h"
 #include "link/transport.h"
 #include "platform/serialcontrol.h"
+#include "shell/mdi.h"
+#include "shell/startup.h"
 #include "shell/state.h"
+#include "shell/toolpanel.h"
 #include "support/simfixture.h"
+
+#include <QCheckBox>
 
 #include <QtTest>
 
@@ -113,6 +118,30 @@ private slots:
         QCOMPARE(bench.boxes().shown.size(), size_t(1));
         QCOMPARE(bench.boxes().shown[0].title, QStringLiteral("Autosearch"));
         QCOMPARE(bench.boxes().shown[0].text, QStringLiteral("Unit found at port:  2   Baud:  19200"));
+    }
+
+    void theRmBoxConnectsAndReleases()
+    {
+        SimBench bench(at(9600));
+        Mdi window;
+        loadMain(window);
+        st.serialtimeout = 2;
+        QCheckBox *rm = window.toolPanel()->ckrm();
+        rm->click();
+        QCOMPARE(st.portopen, int16_t(1));
+        QVERIFY(rm->isChecked());
+        QCOMPARE(window.windowTitle(), QStringLiteral("KW3400R - V1.53       Unit:3420       Firmware:1.70"));
+        rm->click();
+        QCOMPARE(st.portopen, int16_t(0));
+        QVERIFY(!rm->isChecked());
+        QCOMPARE(bench.log().last(), QStringLiteral("#kl0"));
+        QCOMPARE(window.windowTitle(), QStringLiteral("KW3400R - V1.53       Offline"));
+
+        bench.sim().stop();
+        rm->click();  // nothing answers now
+        QVERIFY(!rm->isChecked());
+        QCOMPARE(st.portopen, int16_t(0));
+        QCOMPARE(bench.boxes().count(QStringLiteral("Serial - Error")), 1);
     }
 
     void aVanishedAnalyserGivesOneBox()
