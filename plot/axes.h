@@ -2,15 +2,13 @@
 // The coordinate system of the plot: x runs 0..1000000 across on every surface, levels are in plot
 // units (2.5 to the dB). FreqToX is the one map from a frequency to x.
 
+#include "levels/levelmath.h"
+
 #include <QString>
 
 namespace kw {
 
 constexpr double kPlotWidth = 1000000.0;
-
-// log10 of a value raised to at least 1e-10 first (every caller here passes an expression, so the
-// raise never reaches a variable of its own).
-double log10floor(double value);
 
 // decadelow, decadehigh, decadestep from freqstart and freqstop.
 void ComputeDecades();

@@ -135,6 +135,17 @@ struct State {
     // ---- Instrument link (further fields)
 
     // ---- Level processing
+    float configdist = 0.0f;          // metres, of the antenna in slot a of the configuration; 0 unknown
+    float lmaxdist = 0.0f;            // metres the peak limit was defined for
+    float lavedist = 0.0f;            // metres the average limit was defined for; kept, never used
+    float distancecorrection = 0.0f;  // dB, worked out once per trace or step
+    std::array<int32_t, 5> devicenr{};  // losnr of slots a..e; below 1 is an empty slot
+    // For each slot the two table rows around the last frequency asked: low f, high f, low, high.
+    std::array<std::array<float, 4>, 5> corrsegment{};
+    float correction = 0.0f;          // dB, the result of correctionat
+    // The point tables of slots b..e (index 1..4), read-only snapshots opened once a trace; slot a
+    // reads through the shared rs.
+    std::array<Recordset, 5> slotrs{};
 
     // ---- Live measurement
     // Nothing beyond liveread, redrawflag and the trace data above: the cycle keeps no state.
@@ -161,8 +172,6 @@ struct State {
     // Read by the plot, set by the limit, configuration, file and EMC forms.
     int16_t lmaxlog = 0;          // 0 or -1: the limit is interpolated logarithmically in frequency
     int16_t lavelog = 0;
-    float configdist = 0.0f;      // metres
-    float lmaxdist = 0.0f;
     QString measurefile;
     double dat = 0;               // date of the measurement shown from a file
     uint8_t viewhorizontal = 0;

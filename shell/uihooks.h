@@ -14,6 +14,7 @@ struct UiHooks {
     std::function<void()> closeBoxcom;
     std::function<void()> showTransmission;      // the debug form Tr
     std::function<void()> refreshForms;          // repaint measur, track, detec from the record
+    std::function<void()> configurationChanged;  // configname and the distance labels of grafik
 };
 
 UiHooks &uiHooks();

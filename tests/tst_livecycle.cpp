@@ -8,6 +8,7 @@
 #include "shell/toolpanel.h"
 #include "shell/uihooks.h"
 #include "support/recordingplot.h"
+#include "support/simfixture.h"
 
 #include <QCheckBox>
 #include <QPushButton>
@@ -24,6 +25,7 @@ private slots:
 
     void mainWindowHasTheToolBarTheTimersAndThePlot()
     {
+        SimBench bench;
         Mdi window;
         loadMain(window);
         const QList<QPair<QString, QString>> buttons = {
@@ -45,6 +47,7 @@ private slots:
 
     void eraseButtonClearsTracesWithoutTheAnalyser()
     {
+        SimBench bench;
         Mdi window;
         loadMain(window);
         st.sampledata[10] = -100;
@@ -59,10 +62,12 @@ private slots:
         QCOMPARE(st.grafikmax, int16_t(-1000));
         QCOMPARE(st.filemode, uint8_t(0));
         QCOMPARE(st.portopen, int16_t(0));
+        QVERIFY(bench.log().isEmpty());
     }
 
     void autoRefusedWhileTriggerModeRuns()
     {
+        SimBench bench;
         Mdi window;
         loadMain(window);
         QCheckBox *box = window.toolPanel()->ckauto();
@@ -76,13 +81,45 @@ private slots:
         QCOMPARE(st.liveread, uint8_t(1));
     }
 
+    void readConnectsReadsSettingsThenTheSampleBlock()
+    {
+        SimBench bench;
+        Mdi window;
+        loadMain(window);
+        window.menuEntry(QStringLiteral("mnusmeasurement"))->setEnabled(false);  // as after loading a file
+        window.toolPanel()->findChild<QPushButton *>(QStringLiteral("Command2"))->click();
+        const QStringList log = bench.log();
+        QVERIFY(log.contains(QStringLiteral("#KT")));
+        QVERIFY(log.contains(QStringLiteral("#bm1")));
+        QVERIFY(log.indexOf(QStringLiteral("#rl")) < log.indexOf(QStringLiteral("#bm1")));
+        QVERIFY(window.menuEntry(QStringLiteral("mnusmeasurement"))->isEnabled());
+    }
+
+    void serialFaultStopsAuto()
+    {
+        SimBench bench;
+        Mdi window;
+        loadMain(window);
+        window.toolPanel()->ckauto()->click();
+        QCOMPARE(st.portopen, int16_t(1));
+        QCOMPARE(st.liveread, uint8_t(1));
+        bench.sim().withModel([](kt::Analyser &a) { a.options().faults.silentAfter = 0; });
+        timer1Tick();
+        QVERIFY(bench.boxes().count(QStringLiteral("Serial - Error")) >= 1);
+        QCOMPARE(st.liveread, uint8_t(0));
+        QVERIFY(!window.toolPanel()->ckauto()->isChecked());
+        bench.clearLog();
+        timer1Tick();  // the next tick reads nothing
+        QVERIFY(bench.log().isEmpty());
+    }
+
     void clearingTheTickFromCodeEndsLiveReading()
     {
+        SimBench bench;
         Mdi window;
         loadMain(window);
         window.toolPanel()->ckauto()->click();
         QCOMPARE(st.liveread, uint8_t(1));
-        // What a serial fault does to the box.
         st.ckauto = 0;
         notifyToolbar();
         QCOMPARE(st.liveread, uint8_t(0));

@@ -1,0 +1,15 @@
+#pragma once
+// Scaling and storing one received block: raw level bytes in st.rawblock become level counts,
+// corrected by the chain and the distance term, and land in the trace that st.vmtrace names.
+
+#include "shell/state.h"
+
+namespace kw {
+
+// The trace array and its date field for a vmtrace value; nullptr for a value that names none.
+Trace *traceforvm(int vmtrace);
+double *tracedateforvm(int vmtrace);
+
+void storetrace();
+
+}  // namespace kw

@@ -1,0 +1,209 @@
+#include "levels/levelcount.h"
+#include "sim/sampleblock.h"
+#include "sim/signal.h"
+
+#include <QtTest>
+#include <algorithm>
+
+using namespace kt;
+
+namespace {
+// Level in dBm that a byte stands for, by the program's own conversion.
+double byteToDbm(uint8_t b, const SimSettings &s)
+{
+    return kw::rawtocount(b, s.dbperdiv, float(s.attenuator), float(s.reflevel)) / 2.5;
+}
+double median(QByteArray bytes)
+{
+    std::sort(bytes.begin(), bytes.end(), [](char a, char b) { return uint8_t(a) < uint8_t(b); });
+    return uint8_t(bytes[bytes.size() / 2]);
+}
+uint8_t maxByte(const QByteArray &bytes)
+{
+    uint8_t m = 0;
+    for (char c : bytes)
+        m = std::max(m, uint8_t(c));
+    return m;
+}
+SimSettings around(double centre, double span, int rbw = 120)
+{
+    SimSettings s;
+    s.centerfreq = centre;
+    s.span = span;
+    s.bandwith = rbw;
+    return s;
+}
+// Field strength at the antenna that the highest point of a trace stands for.
+double peakField(const QByteArray &bytes, const SimSettings &s, double mhz)
+{
+    return byteToDbm(maxByte(bytes), s) + antennaFactor(mhz) + cableLoss(mhz) + 107.0;
+}
+}  // namespace
+
+class TestSimSignal : public QObject {
+    Q_OBJECT
+private slots:
+    void blockLayout()
+    {
+        SimSignal signal;
+        SimSettings s = around(133.5, 5);
+        s.reflevel = -50;
+        const QByteArray block = buildSampleBlock(s, signal, 1.0);
+        QCOMPARE(block.size(), kBlockSize);
+        QCOMPARE(block.mid(kPoints + 17, 8), QByteArray("0133.500"));
+        const uint32_t sum = levelChecksum(block.left(kPoints));
+        const uint32_t sent = uint8_t(block[2044]) * 65536u + uint8_t(block[2045]) * 256u + uint8_t(block[2046]);
+        QCOMPARE(sent, sum);
+        QVERIFY(sum > 65535);  // all three bytes carry something
+
+        BlockFaults bad;
+        bad.wrongChecksum = true;
+        const QByteArray wrong = sampleBlock(block.left(kPoints), s, bad);
+        QCOMPARE(uint8_t(wrong[2046]), uint8_t(uint8_t(block[2046]) + 1));
+        bad = {};
+        bad.cutShortAt = 1500;
+        QCOMPARE(sampleBlock(block.left(kPoints), s, bad).size(), 1500);
+        s.centerfreq = 1050.0;
+        QCOMPARE(blockTrailer(s).mid(17, 8), QByteArray("1050.000"));
+        QCOMPARE(blockTrailer(s).size(), kTrailerSize);
+    }
+
+    void byteScale_data()
+    {
+        QTest::addColumn<double>("dbm");
+        QTest::addColumn<int>("dbperdiv");
+        QTest::addColumn<int>("byte");
+        QTest::newRow("reference plus attenuator is 227") << -20.0 << 10 << 227;
+        QTest::newRow("10 dB below at 10 dB/div") << -30.0 << 10 << 202;
+        QTest::newRow("10 dB below at 5 dB/div") << -30.0 << 5 << 177;
+        QTest::newRow("clipped at the top") << 0.0 << 10 << 255;
+        QTest::newRow("clipped at the bottom") << -200.0 << 10 << 0;
+    }
+    void byteScale()
+    {
+        QFETCH(double, dbm);
+        QFETCH(int, dbperdiv);
+        QFETCH(int, byte);
+        SimSettings s;
+        s.dbperdiv = dbperdiv;
+        QCOMPARE(int(levelToByte(dbm, s)), byte);
+        if (byte > 0 && byte < 255)
+            QVERIFY(qAbs(byteToDbm(uint8_t(byte), s) - dbm) <= 0.4);
+    }
+
+    void noiseFloorFollowsBandwidthAndAttenuator()
+    {
+        // 745 MHz lies between two clock harmonics: only noise there.
+        SimSignal signal;
+        SimSettings s = around(745, 2, 400);
+        s.reflevel = -60;  // the 9 kHz floor is to stay on the screen
+        const double wide = byteToDbm(uint8_t(median(signal.traceBytes(s, 0))), s);
+        s.bandwith = 9;
+        const double narrow = byteToDbm(uint8_t(median(signal.traceBytes(s, 0))), s);
+        QVERIFY2(qAbs(wide - narrow - 16.5) < 1.5, qPrintable(QString::number(wide - narrow)));
+        s.attenuator = 30;
+        const double attenuated = byteToDbm(uint8_t(median(signal.traceBytes(s, 0))), s);
+        QVERIFY(qAbs(attenuated - narrow - 20.0) < 1.5);
+    }
+
+    void someHarmonicsBreakTheClassBLine()
+    {
+        SimSignal signal;
+        // Class B at 3 m: 40 dBuV/m up to 230 MHz, 47 above.
+        const struct { double mhz; double limit; bool over; } cases[] = {
+            {133.33, 40, true}, {266.67, 47, true}, {400.0, 47, true}, {166.67, 40, false}, {700.0, 47, false}};
+        for (const auto &c : cases) {
+            const SimSettings s = around(c.mhz, 1);
+            const double field = peakField(signal.traceBytes(s, 0), s, c.mhz);
+            QVERIFY2((field > c.limit) == c.over, qPrintable(QString("%1 MHz: %2").arg(c.mhz).arg(field)));
+        }
+    }
+
+    void ambientStaysWhenTheDeviceIsOff()
+    {
+        SimSignal signal;
+        const SimSettings comb = around(133.33, 1);
+        const SimSettings fm = around(101.1, 1);
+        const uint8_t combOn = maxByte(signal.traceBytes(comb, 0));
+        const uint8_t fmOn = maxByte(signal.traceBytes(fm, 0));
+        signal.scene().dutOn = false;
+        QVERIFY(maxByte(signal.traceBytes(comb, 0)) < combOn - 25);
+        QVERIFY(qAbs(maxByte(signal.traceBytes(fm, 0)) - fmOn) <= 2);
+        signal.scene().ambientOn = false;
+        QVERIFY(maxByte(signal.traceBytes(fm, 0)) < fmOn - 50);
+    }
+
+    void pulsesMakePeakAndAverageDiffer()
+    {
+        SimSignal signal;
+        SimSettings s = around(520.0, 0);  // zero span: 2001 samples 0.5 ms apart
+        const QByteArray record = signal.traceBytes(s, 0);
+        const uint8_t peak = maxByte(record);
+        int high = 0;
+        for (char c : record)
+            high += uint8_t(c) > peak - 10;
+        // 5 ms in every 100 ms: about one sample in twenty is on.
+        QVERIFY2(high > 60 && high < 160, qPrintable(QString::number(high)));
+        QVERIFY(peak - median(record) > 25);
+        // A continuous harmonic stays up in every sample.
+        s.centerfreq = 400.0;
+        const QByteArray cw = signal.traceBytes(s, 0);
+        QVERIFY(maxByte(cw) - median(cw) < 6);
+    }
+
+    void maxHoldAndAverageAccumulateWhileCalculationRuns()
+    {
+        SimSignal signal;
+        SimSettings s = around(520.0, 5);
+        s.calc = true;
+        signal.restartCalc(0);
+        s.vmtrace = 4;
+        signal.traceBytes(s, 0);
+        const QByteArray early = signal.traceBytes(s, 0.05);
+        const QByteArray held = signal.traceBytes(s, 5.0);
+        QVERIFY(signal.sweepsAccumulated() >= 50);
+        for (int i = 0; i < kPoints; ++i)
+            QVERIFY(uint8_t(held[i]) >= uint8_t(early[i]));
+        // The pulsed carrier is caught in max hold and shows well above the average.
+        s.vmtrace = 3;
+        const QByteArray average = signal.traceBytes(s, 5.0);
+        QVERIFY(maxByte(held) - maxByte(average) > 10);
+        // The average is smoother than one sample.
+        s.vmtrace = 0;
+        const QByteArray sample = signal.traceBytes(s, 5.0);
+        auto spread = [](const QByteArray &b) {
+            double d = 0;
+            for (int i = 1; i < 200; ++i)
+                d += qAbs(uint8_t(b[i]) - uint8_t(b[i - 1]));
+            return d;
+        };
+        QVERIFY(spread(average) < spread(sample) / 2);
+        // "#dm1" starts again.
+        signal.restartCalc(5.0);
+        QCOMPARE(signal.sweepsAccumulated(), 0);
+    }
+
+    void memoryBAndDifference()
+    {
+        SimSignal signal;
+        SimSettings s = around(101.1, 2);
+        s.videofilter = true;
+        signal.saveMemoryB(s, 0);
+        s.vmtrace = 1;
+        const QByteArray b = signal.traceBytes(s, 1);
+        QVERIFY(maxByte(b) > 150);  // the FM carrier is in memory
+        s.vmtrace = 2;
+        const QByteArray diff = signal.traceBytes(s, 1);
+        QVERIFY(qAbs(median(diff) - 227) <= 6);  // A and B agree: the reference line
+    }
+
+    void stepSizes()
+    {
+        QCOMPARE(stepSizeMHz(9), 0.01);
+        QCOMPARE(stepSizeMHz(120), 0.12);
+        QCOMPARE(stepSizeMHz(400), 0.4);
+    }
+};
+
+QTEST_MAIN(TestSimSignal)
+#include "tst_simsignal.moc"

@@ -1,0 +1,108 @@
+#include "levels/correction.h"
+#include "link/storetrace.h"
+#include "platform/clock.h"
+#include "shell/state.h"
+
+#include <QtTest>
+
+using namespace kw;
+
+namespace {
+// A flat component: the same dB at every frequency of its range.
+struct FlatTable : CorrTable {
+    float db;
+    QStringList asked;
+    explicit FlatTable(float v) : db(v) {}
+    bool findLast(const QString &criterion, CorrRow &row) override
+    {
+        asked << criterion;
+        if (criterion.contains(QLatin1Char('=')))
+            return false;
+        row = {0.0f, db};
+        return true;
+    }
+    bool findFirst(const QString &criterion, CorrRow &row) override
+    {
+        asked << criterion;
+        row = {2000.0f, db};
+        return true;
+    }
+};
+}  // namespace
+
+class TestStoreTrace : public QObject {
+    Q_OBJECT
+private slots:
+    void init()
+    {
+        resetState();
+        setNowSource([] { return 46000.5; });
+        for (int slot = 0; slot < 5; ++slot)
+            setcorrectiontable(slot, nullptr);
+        st.freqstart = 0.0f;
+        st.freqstop = 1000.0f;
+        st.rawblock.fill(227);
+    }
+    void cleanup() { setNowSource({}); }
+
+    void eachTraceGoesToItsArray_data()
+    {
+        QTest::addColumn<int>("vmtrace");
+        QTest::newRow("sample") << 0;
+        QTest::newRow("memory b") << 1;
+        QTest::newRow("a-b") << 2;
+        QTest::newRow("average") << 3;
+        QTest::newRow("max hold") << 4;
+    }
+    void eachTraceGoesToItsArray()
+    {
+        QFETCH(int, vmtrace);
+        st.vmtrace = uint8_t(vmtrace);
+        st.rawblock[2001] = 0;
+        storetrace();
+        for (int vm = 0; vm <= 4; ++vm) {
+            const bool mine = traceforvm(vm) == traceforvm(vmtrace);
+            QCOMPARE(int((*traceforvm(vm))[1]), mine ? -50 : 0);
+            QCOMPARE(int((*traceforvm(vm))[2001]), mine ? -277 : 0);
+            QCOMPARE(*tracedateforvm(vm), mine ? 46000.5 : 0.0);
+        }
+        QCOMPARE(int(st.rawblock[1]), -50);
+        QCOMPARE(int(st.rawblock[2002]), 227);  // the trailer is not touched
+        QCOMPARE(int(st.grafikmin), -287);
+        QCOMPARE(int(st.grafikmax), -40);
+    }
+
+    void chainAndDistanceAreApplied()
+    {
+        FlatTable cable(1.0f);
+        setcorrectiontable(0, &cable);
+        st.devicenr[0] = 4;
+        st.correctionon = 1;
+        st.configdist = 3.0f;
+        st.lmaxdist = 10.0f;
+        storetrace();
+        // -50 + (1 - 10.4576) * 2.5 = -73.64
+        QCOMPARE(int(st.sampledata[1]), -74);
+        QCOMPARE(int(st.sampledata[2001]), -74);
+        QCOMPARE(cable.asked.first(), QStringLiteral("frequency = 0.4997501"));
+        QCOMPARE(cable.asked.size(), 3);  // one segment serves the whole trace
+
+        // A-B: no chain, the distance all the same.
+        st.vmtrace = 2;
+        st.rawblock.fill(227);
+        storetrace();
+        QCOMPARE(int(st.memorydata[1]), -76);
+    }
+
+    void overflowEndsTheTraceInSilence()
+    {
+        st.reflevel = 20000.0f;
+        st.sampledata.fill(7);
+        storetrace();
+        QCOMPARE(int(st.sampledata[1]), 7);
+        QCOMPARE(st.sampledate, 0.0);
+    }
+};
+
+QTEST_MAIN(TestStoreTrace)
+#include "tst_storetrace.moc"
