@@ -165,7 +165,9 @@ void Grafik::applyLayout(bool withScales)
 void Grafik::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    if (!isMinimized() && !isMaximized())
+    // Only in the normal window state: nothing moves while minimised or maximised.
+    const QWidget *frame = parentWidget() ? parentWidget() : this;
+    if (!frame->isMinimized() && !frame->isMaximized())
         applyLayout(true);
 }
 

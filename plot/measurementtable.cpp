@@ -1,19 +1,47 @@
 #include "plot/measurementtable.h"
 
-#include <QDateTime>
+#include <QFile>
 #include <QFileInfo>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <algorithm>
+#include <chrono>
+#include <filesystem>
 
 namespace kw {
 
 namespace {
 
-struct Cached {
+// What tells one state of a file from the next: its size, its time of change to the nanosecond,
+// and the change counter that SQLite keeps in the file's header and raises at every commit.
+struct Stamp {
     QString path;
     qint64 size = -1;
-    QDateTime changed;
+    qint64 changedNs = 0;
+    QByteArray counter;
+    bool operator==(const Stamp &) const = default;
+};
+
+std::optional<Stamp> stampOf(const QString &path)
+{
+    std::error_code error;
+    const std::filesystem::path file = std::filesystem::path(path.toStdString());
+    const auto changed = std::filesystem::last_write_time(file, error);
+    if (error)
+        return std::nullopt;
+    const QFileInfo info(path);
+    Stamp s;
+    s.path = info.canonicalFilePath();
+    s.size = info.size();
+    s.changedNs = qint64(std::chrono::duration_cast<std::chrono::nanoseconds>(changed.time_since_epoch()).count());
+    QFile f(path);
+    if (f.open(QIODevice::ReadOnly))
+        s.counter = f.read(100).mid(24, 4);
+    return s;
+}
+
+struct Cached {
+    Stamp stamp;
     std::shared_ptr<const MeasurementTable> table;
 };
 
@@ -72,17 +100,15 @@ std::shared_ptr<const MeasurementTable> readFile(const QString &path)
 
 std::shared_ptr<const MeasurementTable> readMeasurementTable(const QString &path)
 {
-    const QFileInfo info(path);
-    if (!info.isFile())
+    if (!QFileInfo(path).isFile())
         return nullptr;
+    const auto stamp = stampOf(path);
     Cached &c = cache();
-    const QString canonical = info.canonicalFilePath();
-    const QDateTime changed = info.lastModified();
-    if (c.table && c.path == canonical && c.size == info.size() && c.changed == changed)
+    if (stamp && c.table && c.stamp == *stamp)
         return c.table;
     auto table = readFile(path);
-    if (table)
-        c = Cached{canonical, info.size(), changed, table};
+    if (table && stamp)
+        c = Cached{*stamp, table};
     return table;
 }
 

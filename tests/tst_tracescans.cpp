@@ -1,6 +1,8 @@
 // Traces on the plot: the array scan with its peak and caption, and the three scans of a
 // measurement table with the "Economic" thinning that keeps maxima.
+#include "platform/recordset.h"
 #include "platform/vbformat.h"
+#include "plot/measurementtable.h"
 #include "plot/drawplot.h"
 #include "plot/filescan.h"
 #include "plot/plotsources.h"
@@ -8,6 +10,7 @@
 #include "shell/state.h"
 #include "support/recordingplot.h"
 
+#include <QTemporaryDir>
 #include <QtTest>
 
 using namespace kw;
@@ -24,6 +27,22 @@ std::vector<VectorRows::Row> flatRows(int n, float level = -50.0f)
             rows[size_t(i)][size_t(c)] = level;
     }
     return rows;
+}
+
+// A measurement file with the measurement and limitlines tables as the program writes them.
+Database measurementFile(const QString &path)
+{
+    Database file = CreateDatabase(path);
+    TableDef measurement{QStringLiteral("Measurement"), {}};
+    for (const char *name : {"Frequency", "Sample_dBmW", "Average_dBmW", "Maxhold_dBmW", "QPeak_dBmW", "memory_dBmW",
+                             "Ambient_H_dBmW", "Ambient_V_dBmW"})
+        measurement.fields.push_back({QString::fromLatin1(name), FieldType::Single, 0});
+    file.AppendTable(measurement);
+    TableDef limits{QStringLiteral("Limitlines"), {}};
+    for (const char *name : {"avefreq", "Average_dBmW", "maxfreq", "Maxhold_dBmW"})
+        limits.fields.push_back({QString::fromLatin1(name), FieldType::Single, 0});
+    file.AppendTable(limits);
+    return file;
 }
 
 }  // namespace
@@ -207,6 +226,56 @@ private slots:
         QCOMPARE(stems[0].y1, -250.0);
         QCOMPARE(stems[0].y2, -125.0);
         QCOMPARE(int(plot.p1.linesOf(5).size()), 0);
+    }
+
+    void measurementFileIsReadInOrderAndAgainWhenItChanges()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("m.mes"));
+        Database file = measurementFile(path);
+        file.Execute(QStringLiteral("insert into Measurement (Frequency, Sample_dBmW) values (300, -30), (100, -10), (null, -99), (200, -20)"));
+        auto table = readMeasurementTable(path);
+        QVERIFY(table);
+        QCOMPARE(int(table->rows.size()), 4);
+        QVERIFY(!table->rows[0][kFrequency]);  // an empty frequency sorts first
+        QCOMPARE(table->rows[1][kSample].value(), -10.0f);
+        QCOMPARE(table->rows[3][kFrequency].value(), 300.0f);
+        QVERIFY(!table->rows[3][kAverage]);
+        QCOMPARE(readMeasurementTable(path), table);  // unchanged: the same rows
+        file.Execute(QStringLiteral("insert into Measurement (Frequency, Sample_dBmW) values (400, -40)"));
+        QCOMPARE(int(readMeasurementTable(path)->rows.size()), 5);
+        file.Close();
+        QVERIFY(!readMeasurementTable(dir.filePath(QStringLiteral("missing.mes"))));
+    }
+
+    void fileDrawsItsOwnLimitAndTraces()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("f.mes"));
+        Database file = measurementFile(path);
+        file.Execute(QStringLiteral("insert into Measurement (Frequency, Sample_dBmW, Maxhold_dBmW) values "
+                                    "(100, -80, -70), (500, -80, -70), (900, -80, -70)"));
+        // The average limit has one row less: its cell in the last row stays empty.
+        file.Execute(QStringLiteral("insert into Limitlines (avefreq, Average_dBmW, maxfreq, Maxhold_dBmW) values "
+                                    "(100, -66, 100, -60), (900, -66, 500, -60), (null, null, 900, -60)"));
+        file.Close();
+        RecordingPlot plot;
+        st.filemode = 1;
+        st.measurefile = path;
+        st.viewsample = 1;
+        st.viewqpeak = 0;
+        st.viewlimitmax = 1;
+        st.viewlimitave = 1;
+        DrawPlot();
+        QCOMPARE(int(plot.p1.linesOf(2).size()), 3);  // two segments and the dot at the end
+        QCOMPARE(plot.p1.linesOf(2)[0].y1, -200.0);
+        const auto maxLimit = plot.p1.linesOf(12);
+        QCOMPARE(int(maxLimit.size()), 2);
+        QCOMPARE(maxLimit[0].y1, -150.0);
+        // Sorted by avefreq the empty row comes first and starts the walk from 0 MHz at 0 dB.
+        const auto aveLimit = plot.p1.linesOf(9);
+        QCOMPARE(int(aveLimit.size()), 2);
+        QCOMPARE(aveLimit[1].y1, -165.0);
     }
 
     void fileScanDisablesTheButtonsAndLabelsTheSweep()
