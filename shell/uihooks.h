@@ -12,6 +12,8 @@ struct UiHooks {
     std::function<void(bool)> toolboxVisible;
     std::function<void(bool)> uncalVisible;      // the "UNCAL" label of the plot
     std::function<void()> closeBoxcom;
+    // Before setting.def is written: the forms put their placement (twips) into st.formpos.
+    std::function<void()> storeFormPositions;
 };
 
 UiHooks &uiHooks();
