@@ -2,6 +2,8 @@
 // The shared state record: the program's one picture of the analyser, the view and the workplace.
 // Every routine reads and writes it directly; there is no analyser object. One thread uses it.
 
+#include "platform/recordset.h"
+
 #include <QString>
 #include <array>
 #include <cstdint>
@@ -139,6 +141,10 @@ struct State {
     // ---- EMC test
 
     // ---- Persistence
+    Database db;        // the application database, open from the load to the unload of the main window
+    Recordset rs;       // short-lived recordsets of the routines that read tables
+    Recordset rs2;
+    Database measdb;    // the open measurement file
 
     // ---- Display and print
 };

@@ -1,0 +1,359 @@
+#include "platform/recordset.h"
+
+#include "platform/criteria.h"
+#include "platform/recordsetstate.h"
+#include "platform/vbformat.h"
+
+#include <QSqlQuery>
+
+namespace kw {
+
+using namespace detail;
+
+namespace {
+
+constexpr int kNotSet = 91;
+constexpr int kNullUse = 94;
+constexpr int kNoEdit = 3020;
+constexpr int kNoCurrent = 3021;
+constexpr int kReadOnly = 3027;
+constexpr int kDeleted = 3167;
+constexpr int kNoField = 3265;
+constexpr int kClosed = 3420;
+
+enum class Direction { Forward, Backward };
+
+void dropEdit(RecordsetState &s)
+{
+    s.mode = EditMode::None;
+    s.buffer.clear();
+    s.changed.clear();
+}
+
+const Row &currentRow(const RecordsetState &s)
+{
+    if (s.bof || s.eof || s.pos < 0 || s.pos >= qsizetype(s.rows.size()))
+        throw VbError(kNoCurrent);
+    const Row &row = s.rows[size_t(s.pos)];
+    if (row.deleted)
+        throw VbError(kDeleted);
+    return row;
+}
+
+// The next row not deleted from `from` on in the direction, or -1.
+qsizetype liveRow(const RecordsetState &s, qsizetype from, Direction d)
+{
+    const qsizetype step = d == Direction::Forward ? 1 : -1;
+    for (qsizetype i = from; i >= 0 && i < qsizetype(s.rows.size()); i += step)
+        if (!s.rows[size_t(i)].deleted)
+            return i;
+    return -1;
+}
+
+void setCurrent(RecordsetState &s, qsizetype i)
+{
+    s.pos = i;
+    s.bof = s.eof = false;
+}
+
+void writeRow(RecordsetState &s)
+{
+    if (s.table.isEmpty())
+        throw VbError(kReadOnly);
+    QStringList names;
+    std::vector<QVariant> values;
+    for (size_t i = 0; i < s.columns.size(); ++i) {
+        if (s.changed[i]) {
+            names << quoted(s.columns[i].name);
+            values.push_back(s.buffer[i]);
+        }
+    }
+    QSqlQuery q(s.db->sql());
+    if (s.mode == EditMode::AddNew) {
+        QString sql;
+        if (names.isEmpty()) {
+            sql = QStringLiteral("insert into %1 default values").arg(quoted(s.table));
+        } else {
+            QStringList marks;
+            for (qsizetype i = 0; i < names.size(); ++i)
+                marks << QStringLiteral("?");
+            sql = QStringLiteral("insert into %1 (%2) values (%3)")
+                      .arg(quoted(s.table), names.join(QStringLiteral(", ")), marks.join(QStringLiteral(", ")));
+        }
+        if (!q.prepare(sql))
+            throw VbError(errorNumber(q.lastError()));
+    } else {
+        if (names.isEmpty())
+            return;
+        QStringList sets;
+        for (const QString &n : names)
+            sets << n + QStringLiteral(" = ?");
+        if (!q.prepare(QStringLiteral("update %1 set %2 where _rowid_ = ?").arg(quoted(s.table), sets.join(QStringLiteral(", ")))))
+            throw VbError(errorNumber(q.lastError()));
+    }
+    for (const QVariant &v : values)
+        q.addBindValue(v);
+    if (s.mode == EditMode::Edit)
+        q.addBindValue(s.rows[size_t(s.pos)].rowid);
+    if (!q.exec())
+        throw VbError(errorNumber(q.lastError()));
+    if (s.mode == EditMode::AddNew) {
+        Row row;
+        row.rowid = q.lastInsertId().toLongLong();
+        row.values = s.buffer;
+        s.rows.push_back(std::move(row));
+        ++s.live;
+        // The row that was current stays current; an empty set is no longer at its beginning.
+        if (s.bof && s.eof)
+            s.bof = false;
+    } else {
+        s.rows[size_t(s.pos)].values = s.buffer;
+    }
+}
+
+}  // namespace
+
+RecordsetState &Recordset::state() const
+{
+    if (!s_)
+        throw VbError(kNotSet);
+    if (!s_->open || !s_->db || !s_->db->open)
+        throw VbError(kClosed);
+    return *s_;
+}
+
+bool Recordset::isOpen() const { return s_ && s_->open && s_->db && s_->db->open; }
+
+bool Recordset::Bof() const { return state().bof; }
+bool Recordset::Eof() const { return state().eof; }
+bool Recordset::NoMatch() const { return state().noMatch; }
+int Recordset::RecordCount() const { return int(state().live); }
+
+void Recordset::MoveFirst()
+{
+    RecordsetState &s = state();
+    if (s.bof && s.eof)
+        throw VbError(kNoCurrent);
+    dropEdit(s);
+    const qsizetype i = liveRow(s, 0, Direction::Forward);
+    if (i < 0) {
+        s.bof = s.eof = true;
+        return;
+    }
+    setCurrent(s, i);
+}
+
+void Recordset::MoveLast()
+{
+    RecordsetState &s = state();
+    if (s.bof && s.eof)
+        throw VbError(kNoCurrent);
+    dropEdit(s);
+    const qsizetype i = liveRow(s, qsizetype(s.rows.size()) - 1, Direction::Backward);
+    if (i < 0) {
+        s.bof = s.eof = true;
+        return;
+    }
+    setCurrent(s, i);
+}
+
+void Recordset::MoveNext()
+{
+    RecordsetState &s = state();
+    if (s.eof)
+        throw VbError(kNoCurrent);
+    dropEdit(s);
+    const qsizetype i = liveRow(s, s.bof ? 0 : s.pos + 1, Direction::Forward);
+    if (i < 0) {
+        s.eof = true;
+        s.bof = false;
+        s.pos = qsizetype(s.rows.size());
+        return;
+    }
+    setCurrent(s, i);
+}
+
+void Recordset::MovePrevious()
+{
+    RecordsetState &s = state();
+    if (s.bof)
+        throw VbError(kNoCurrent);
+    dropEdit(s);
+    const qsizetype i = liveRow(s, s.eof ? qsizetype(s.rows.size()) - 1 : s.pos - 1, Direction::Backward);
+    if (i < 0) {
+        s.bof = true;
+        s.eof = false;
+        s.pos = -1;
+        return;
+    }
+    setCurrent(s, i);
+}
+
+namespace {
+
+enum class FindFrom { First, Last, Next, Previous };
+
+void find(RecordsetState &s, const QString &text, FindFrom from)
+{
+    Criterion c = parseCriterion(text);
+    bindCriterion(
+        c, [&s](const QString &name) { return s.column(name); },
+        [&s](int i) { return s.columns[size_t(i)].type == FieldType::Single; });
+    const Direction d = from == FindFrom::First || from == FindFrom::Next ? Direction::Forward : Direction::Backward;
+    qsizetype start = 0;
+    switch (from) {
+    case FindFrom::First: start = 0; break;
+    case FindFrom::Last: start = qsizetype(s.rows.size()) - 1; break;
+    case FindFrom::Next: start = s.eof ? -1 : (s.bof ? 0 : s.pos + 1); break;
+    case FindFrom::Previous: start = s.bof ? -1 : (s.eof ? qsizetype(s.rows.size()) - 1 : s.pos - 1); break;
+    }
+    // The whole search runs before anything changes, so that a comparison that fails leaves
+    // the position and NoMatch as they were.
+    qsizetype found = -1;
+    for (qsizetype i = liveRow(s, start, d); i >= 0; i = liveRow(s, d == Direction::Forward ? i + 1 : i - 1, d)) {
+        if (matchesCriterion(c, s.rows[size_t(i)].values)) {
+            found = i;
+            break;
+        }
+    }
+    dropEdit(s);
+    s.noMatch = found < 0;
+    if (found >= 0)
+        setCurrent(s, found);
+}
+
+}  // namespace
+
+void Recordset::FindFirst(const QString &criterion) { find(state(), criterion, FindFrom::First); }
+void Recordset::FindLast(const QString &criterion) { find(state(), criterion, FindFrom::Last); }
+void Recordset::FindNext(const QString &criterion) { find(state(), criterion, FindFrom::Next); }
+void Recordset::FindPrevious(const QString &criterion) { find(state(), criterion, FindFrom::Previous); }
+
+void Recordset::AddNew()
+{
+    RecordsetState &s = state();
+    if (s.snapshot || s.table.isEmpty())
+        throw VbError(kReadOnly);
+    dropEdit(s);
+    s.mode = EditMode::AddNew;
+    s.buffer.assign(s.columns.size(), QVariant());
+    s.changed.assign(s.columns.size(), false);
+}
+
+void Recordset::Edit()
+{
+    RecordsetState &s = state();
+    if (s.snapshot || s.table.isEmpty())
+        throw VbError(kReadOnly);
+    const Row &row = currentRow(s);
+    dropEdit(s);
+    s.mode = EditMode::Edit;
+    s.buffer = row.values;
+    s.changed.assign(s.columns.size(), false);
+}
+
+void Recordset::Update()
+{
+    RecordsetState &s = state();
+    if (s.mode == EditMode::None)
+        throw VbError(kNoEdit);
+    if (s.mode == EditMode::Edit)
+        currentRow(s);
+    writeRow(s);
+    dropEdit(s);
+}
+
+void Recordset::CancelUpdate()
+{
+    RecordsetState &s = state();
+    if (s.mode == EditMode::None)
+        throw VbError(kNoEdit);
+    dropEdit(s);
+}
+
+void Recordset::Delete()
+{
+    RecordsetState &s = state();
+    if (s.snapshot || s.table.isEmpty())
+        throw VbError(kReadOnly);
+    currentRow(s);
+    Row &row = s.rows[size_t(s.pos)];
+    QSqlQuery q(s.db->sql());
+    q.prepare(QStringLiteral("delete from %1 where _rowid_ = ?").arg(quoted(s.table)));
+    q.addBindValue(row.rowid);
+    if (!q.exec())
+        throw VbError(errorNumber(q.lastError()));
+    dropEdit(s);
+    row.deleted = true;
+    --s.live;
+}
+
+void Recordset::Close()
+{
+    RecordsetState &s = state();
+    dropEdit(s);
+    s.open = false;
+    s.rows.clear();
+}
+
+QVariant Recordset::Field(const QString &name) const
+{
+    const RecordsetState &s = state();
+    const int i = s.column(name);
+    if (i < 0)
+        throw VbError(kNoField);
+    if (s.mode != EditMode::None)
+        return s.buffer[size_t(i)];
+    return currentRow(s).values[size_t(i)];
+}
+
+double Recordset::FieldNumber(const QString &name) const
+{
+    const QVariant v = Field(name);
+    if (v.isNull())
+        throw VbError(kNullUse);
+    if (v.typeId() == QMetaType::Bool)
+        return v.toBool() ? -1.0 : 0.0;
+    if (v.typeId() == QMetaType::QString)
+        return vbCDbl(v.toString());
+    return v.toDouble();
+}
+
+QString Recordset::FieldText(const QString &name) const
+{
+    const QVariant v = Field(name);
+    if (v.isNull())
+        throw VbError(kNullUse);
+    if (v.typeId() == QMetaType::Bool)
+        return v.toBool() ? QStringLiteral("True") : QStringLiteral("False");
+    if (v.typeId() == QMetaType::Double) {
+        const RecordsetState &s = state();
+        if (s.columns[size_t(s.column(name))].type == FieldType::Single)
+            return vbCStr(float(v.toDouble()));
+        return vbCStr(v.toDouble());
+    }
+    return v.toString();
+}
+
+void Recordset::SetField(const QString &name, const QVariant &value)
+{
+    RecordsetState &s = state();
+    const int i = s.column(name);
+    if (i < 0)
+        throw VbError(kNoField);
+    if (s.mode == EditMode::None)
+        throw VbError(kNoEdit);
+    const Column &c = s.columns[size_t(i)];
+    s.buffer[size_t(i)] = assignedValue(value, c.type, c.size);
+    s.changed[size_t(i)] = true;
+}
+
+QStringList Recordset::FieldNames() const
+{
+    QStringList names;
+    for (const Column &c : state().columns)
+        names << c.name;
+    return names;
+}
+
+}  // namespace kw

@@ -1,0 +1,309 @@
+#include "platform/onerror.h"
+#include "platform/recordset.h"
+#include "platform/vbformat.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace kw;
+
+namespace {
+
+// Throws away the value, keeps the error number: 0 when the statement ran.
+template <class F>
+int errorOf(F &&statement)
+{
+    ResumeNext on;
+    on(std::forward<F>(statement));
+    return on.number;
+}
+
+QByteArray contents(const QString &path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+}  // namespace
+
+class TestRecordset : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir dir_;
+    QString path_;
+    Database db_;
+
+    QString template_;
+    int copies_ = 0;
+
+    // Rows of a limit table with a step at 100 MHz and names that differ in case only.
+    void makeTemplate()
+    {
+        template_ = dir_.filePath(QStringLiteral("template.mdb"));
+        Database db = CreateDatabase(template_, QStringLiteral(";LANGID=0x0409;CP=1252;COUNTRY=0"));
+        db.AppendTable({QStringLiteral("LimitHead"),
+                        {{QStringLiteral("limitnr"), FieldType::Long},
+                         {QStringLiteral("limitname"), FieldType::Text, 20},
+                         {QStringLiteral("loga"), FieldType::Boolean},
+                         {QStringLiteral("tauf-30"), FieldType::Single},
+                         {QStringLiteral("code"), FieldType::Byte}}});
+        db.AppendTable({QStringLiteral("LimitDef"),
+                        {{QStringLiteral("limitnr"), FieldType::Long},
+                         {QStringLiteral("frequency"), FieldType::Single},
+                         {QStringLiteral("level_dbmw"), FieldType::Single}}});
+        db.Execute(QStringLiteral("insert into limithead values (1, 'abc', 1, -160.7, 0), (2, 'ABC', 0, 1, 0), "
+                                  "(3, 'CISPR 32 Class B', 1, 1, 0), (4, 'Fcc 15 B', 0, 1, 0)"));
+        db.Execute(QStringLiteral("insert into limitdef values (1, 30, 5), (1, 100, 10), (1, 100, 20), "
+                                  "(1, 100.1, 25), (1, 230, 30)"));
+        db.Close();
+    }
+
+private slots:
+    void initTestCase() { makeTemplate(); }
+    void init()
+    {
+        path_ = dir_.filePath(QStringLiteral("t%1.mdb").arg(++copies_));
+        QVERIFY(QFile::copy(template_, path_));
+        db_ = OpenDatabase(path_);
+    }
+    void cleanup()
+    {
+        if (db_.isSet())
+            db_.Close();
+    }
+
+    void criterionErrors_data()
+    {
+        QTest::addColumn<QString>("criterion");
+        QTest::addColumn<int>("error");
+        QTest::newRow("plain") << "limitname = 'abc'" << 0;
+        QTest::newRow("doubled quote") << "limitname = 'O''Brien'" << 0;
+        QTest::newRow("quote in the name") << "limitname like 'O'Brien'" << 3077;
+        QTest::newRow("unclosed") << "limitname = 'abc" << 3077;
+        QTest::newRow("comma decimal") << "limitnr = 100,5" << 3077;
+        QTest::newRow("no value") << "limitnr = " << 3077;
+        QTest::newRow("unknown column") << "frequency = 1" << 3070;
+        QTest::newRow("text against number") << "limitnr = 'abc'" << 3464;
+        QTest::newRow("bracketed minus") << "[tauf-30] < 0" << 0;
+        QTest::newRow("exponent") << "limitnr > 1E-05" << 0;
+        QTest::newRow("joined") << "(limitnr > 1 and loga = True) or not limitname like 'x'" << 0;
+    }
+    void criterionErrors()
+    {
+        QFETCH(QString, criterion);
+        QFETCH(int, error);
+        Recordset rs = db_.OpenRecordset(QStringLiteral("LimitHead"), dbOpenSnapshot);
+        QCOMPARE(errorOf([&] { rs.FindFirst(criterion); }), error);
+    }
+
+    void finds_data()
+    {
+        QTest::addColumn<QString>("source");
+        QTest::addColumn<bool>("last");
+        QTest::addColumn<QString>("criterion");
+        QTest::addColumn<int>("row");  // 1-based position of the row found, 0 for no match
+        const QString head = QStringLiteral("select * from limithead order by limitnr");
+        const QString def = QStringLiteral("select * from limitdef where limitnr = 1 order by frequency");
+        QTest::newRow("case: like takes the first") << head << false << "limitname like 'ABC'" << 1;
+        QTest::newRow("case: = from the end") << head << true << "LimitName = 'abc'" << 2;
+        QTest::newRow("like star") << head << false << "limitname like 'cispr*'" << 3;
+        QTest::newRow("like question mark") << head << false << "limitname like 'fcc 1? b'" << 4;
+        QTest::newRow("no such name") << head << false << "limitname like 'xyz'" << 0;
+        QTest::newRow("true flag") << head << true << "loga = True" << 3;
+        QTest::newRow("equal frequencies, last") << def << true << "frequency = 100" << 3;
+        QTest::newRow("equal frequencies, first") << def << false << "frequency = 100" << 2;
+        QTest::newRow("last below") << def << true << "frequency < 100" << 1;
+        QTest::newRow("first above") << def << false << "frequency > 100" << 4;
+        QTest::newRow("decimal point, float column") << def << false << "frequency = 100.1" << 4;
+        QTest::newRow("=> operator") << def << false << "frequency => 100.1" << 4;
+        QTest::newRow("two blanks") << def << true << "frequency  <= 100.1" << 4;
+        QTest::newRow("beyond the last") << def << false << "frequency > 230" << 0;
+        QTest::newRow("and") << def << false << "frequency >= 30 and level_dbmw > 15" << 3;
+        QTest::newRow("number like") << def << false << "limitnr like 1" << 1;
+    }
+    void finds()
+    {
+        QFETCH(QString, source);
+        QFETCH(bool, last);
+        QFETCH(QString, criterion);
+        QFETCH(int, row);
+        if (criterion.contains(QLatin1Char('*')) || criterion.contains(QLatin1Char('?'))) {
+            if (!vbLike(QStringLiteral("abc"), QStringLiteral("A*"), false))
+                QSKIP("wildcards come with the classic string functions");
+        }
+        Recordset rs = db_.OpenRecordset(source, dbOpenSnapshot);
+        if (last)
+            rs.FindLast(criterion);
+        else
+            rs.FindFirst(criterion);
+        QCOMPARE(rs.NoMatch(), row == 0);
+        if (row == 0)
+            return;
+        // Every row has a key of its own; walking to the expected row tells which was found.
+        const QString key = source.contains(QLatin1String("limitdef")) ? QStringLiteral("level_dbmw") : QStringLiteral("limitnr");
+        const QVariant found = rs.Field(key);
+        rs.MoveFirst();
+        for (int i = 1; i < row; ++i)
+            rs.MoveNext();
+        QCOMPARE(found, rs.Field(key));
+    }
+
+    // A criterion that fails is an error of that statement only: NoMatch, the position and the
+    // data stay as they were.
+    void failingCriterionChangesNothing()
+    {
+        Recordset rs = db_.OpenRecordset(QStringLiteral("select * from limithead order by limitnr"));
+        rs.FindFirst(QStringLiteral("limitnr = 3"));
+        QCOMPARE(rs.NoMatch(), false);
+        QCOMPARE(errorOf([&] { rs.FindFirst(QStringLiteral("limitname like 'O'Brien'")); }), 3077);
+        QCOMPARE(rs.NoMatch(), false);
+        QCOMPARE(rs.FieldNumber(QStringLiteral("limitnr")), 3.0);
+        rs.FindFirst(QStringLiteral("limitnr = 99"));
+        QCOMPARE(rs.NoMatch(), true);
+        QCOMPARE(errorOf([&] { rs.FindLast(QStringLiteral("limitname = 5")); }), 3464);
+        QCOMPARE(rs.NoMatch(), true);
+        rs.Close();
+        QCOMPARE(db_.OpenRecordset(QStringLiteral("limithead")).RecordCount(), 4);
+    }
+
+    void positions()
+    {
+        Recordset empty = db_.OpenRecordset(QStringLiteral("select * from limitdef where limitnr = 7"), dbOpenSnapshot);
+        QVERIFY(empty.Bof() && empty.Eof());
+        QCOMPARE(empty.RecordCount(), 0);
+        QCOMPARE(errorOf([&] { empty.MoveFirst(); }), 3021);
+        empty.FindFirst(QStringLiteral("frequency = 1"));
+        QVERIFY(empty.NoMatch());
+
+        Recordset rs = db_.OpenRecordset(QStringLiteral("select * from limitdef order by frequency"), dbOpenSnapshot);
+        QCOMPARE(rs.RecordCount(), 5);
+        QCOMPARE(rs.FieldNumber(QStringLiteral("FREQUENCY")), 30.0);
+        rs.MoveLast();
+        QCOMPARE(rs.FieldNumber(QStringLiteral("frequency")), 230.0);
+        rs.MoveNext();
+        QVERIFY(rs.Eof() && !rs.Bof());
+        QCOMPARE(errorOf([&] { rs.MoveNext(); }), 3021);
+        QCOMPARE(errorOf([&] { rs.Field(QStringLiteral("frequency")); }), 3021);
+        rs.MovePrevious();
+        QCOMPARE(rs.FieldNumber(QStringLiteral("frequency")), 230.0);
+        QCOMPARE(errorOf([&] { rs.Field(QStringLiteral("nothing")); }), 3265);
+        QCOMPARE(errorOf([&] { rs.AddNew(); }), 3027);
+        QCOMPARE(errorOf([&] { rs.Edit(); }), 3027);
+        // A dynaset over a query without one table of its own reads but can't write.
+        Recordset counted = db_.OpenRecordset(QStringLiteral("select count(*) as n from limitdef"));
+        QCOMPARE(counted.FieldNumber(QStringLiteral("N")), 5.0);
+        QCOMPARE(errorOf([&] { counted.AddNew(); }), 3027);
+        // The float column hands out the float's own value.
+        rs.FindFirst(QStringLiteral("frequency > 100"));
+        QCOMPARE(rs.FieldNumber(QStringLiteral("frequency")), double(100.1f));
+        QCOMPARE(rs.FieldText(QStringLiteral("frequency")), vbCStr(100.1f));
+    }
+
+    void writing()
+    {
+        Recordset rs = db_.OpenRecordset(QStringLiteral("select * from limithead where limitnr > 10"));
+        QVERIFY(rs.Bof() && rs.Eof());
+        rs.AddNew();
+        rs.SetField(QStringLiteral("LIMITNR"), 11);
+        rs.SetField(QStringLiteral("limitname"), QStringLiteral("new"));
+        rs.SetField(QStringLiteral("Tauf-30"), 1.1);
+        QCOMPARE(errorOf([&] { rs.SetField(QStringLiteral("code"), 300); }), 3421);
+        QCOMPARE(errorOf([&] { rs.SetField(QStringLiteral("limitname"), QString(21, QLatin1Char('x'))); }), 3163);
+        rs.Update();
+        QVERIFY(!rs.Bof() && rs.Eof());
+        QCOMPARE(rs.RecordCount(), 1);
+
+        // Pending changes are dropped by a move and by Close; Update without AddNew or Edit fails.
+        rs.MoveFirst();
+        rs.Edit();
+        rs.SetField(QStringLiteral("limitname"), QStringLiteral("changed"));
+        rs.MoveFirst();
+        QCOMPARE(errorOf([&] { rs.Update(); }), 3020);
+        rs.AddNew();
+        rs.SetField(QStringLiteral("limitnr"), 12);
+        rs.Close();
+        QCOMPARE(errorOf([&] { rs.MoveFirst(); }), 3420);
+
+        // What was written is in the file, seen through a second connection.
+        Database other = OpenDatabase(path_);
+        Recordset check = other.OpenRecordset(QStringLiteral("select * from LIMITHEAD where limitnr > 10"), dbOpenSnapshot);
+        QCOMPARE(check.RecordCount(), 1);
+        QCOMPARE(check.FieldText(QStringLiteral("limitname")), QStringLiteral("new"));
+        QCOMPARE(check.FieldNumber(QStringLiteral("tauf-30")), double(1.1f));
+        QVERIFY(check.Field(QStringLiteral("code")).isNull());
+        QCOMPARE(errorOf([&] { check.FieldNumber(QStringLiteral("code")); }), 94);
+        other.Close();
+    }
+
+    void deleting()
+    {
+        Recordset rs = db_.OpenRecordset(QStringLiteral("select * from limitdef order by frequency"));
+        rs.FindFirst(QStringLiteral("frequency = 100"));
+        rs.Edit();
+        rs.SetField(QStringLiteral("level_dbmw"), 15);
+        rs.Update();
+        rs.Delete();
+        QCOMPARE(errorOf([&] { rs.Field(QStringLiteral("frequency")); }), 3167);
+        QCOMPARE(rs.RecordCount(), 4);
+        rs.MoveNext();
+        QCOMPARE(rs.FieldNumber(QStringLiteral("level_dbmw")), 20.0);
+        rs.MovePrevious();
+        QCOMPARE(rs.FieldNumber(QStringLiteral("frequency")), 30.0);
+        rs.Close();
+        Recordset check = db_.OpenRecordset(QStringLiteral("select * from limitdef where level_dbmw = 15"), dbOpenSnapshot);
+        QVERIFY(check.Eof());
+        QCOMPARE(db_.OpenRecordset(QStringLiteral("limitdef"), dbOpenSnapshot).RecordCount(), 4);
+    }
+
+    void filesThatAreNoDatabase()
+    {
+        const QString text = dir_.filePath(QStringLiteral("notes.mdb"));
+        QFile f(text);
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write("This is a text file and no database at all.\n");
+        f.close();
+        const QByteArray before = contents(text);
+        QCOMPARE(errorOf([&] { OpenDatabase(text); }), 3343);
+        QCOMPARE(contents(text), before);
+
+        const QString empty = dir_.filePath(QStringLiteral("empty.mdb"));
+        QFile e(empty);
+        QVERIFY(e.open(QIODevice::WriteOnly));
+        e.close();
+        QCOMPARE(errorOf([&] { OpenDatabase(empty); }), 3343);
+        QCOMPARE(QFileInfo(empty).size(), 0);
+
+        QCOMPARE(errorOf([&] { OpenDatabase(dir_.filePath(QStringLiteral("absent.mdb"))); }), 3024);
+        QVERIFY(!QFileInfo::exists(dir_.filePath(QStringLiteral("absent.mdb"))));
+        QCOMPARE(errorOf([&] { CreateDatabase(text); }), 3204);
+        QCOMPARE(contents(text), before);
+    }
+
+    void unsetAndClosedObjects()
+    {
+        Database none;
+        Recordset unset;
+        QCOMPARE(errorOf([&] { none.OpenRecordset(QStringLiteral("limitdef")); }), 91);
+        QCOMPARE(errorOf([&] { unset.MoveFirst(); }), 91);
+        Recordset rs = db_.OpenRecordset(QStringLiteral("limitdef"));
+        QCOMPARE(errorOf([&] { db_.OpenRecordset(QStringLiteral("nosuchtable")); }), 3078);
+        db_.Close();
+        QCOMPARE(errorOf([&] { rs.MoveFirst(); }), 3420);
+        QCOMPARE(errorOf([&] { db_.Close(); }), 3420);
+    }
+
+    void failedBranchTestEntersTheBranch()
+    {
+        ResumeNext on;
+        Recordset unset;
+        QVERIFY(on.test([&] { return unset.Eof() && unset.Bof(); }));
+        QCOMPARE(on.number, 91);
+        on.clear();
+        QVERIFY(!on.test([] { return false; }));
+        QCOMPARE(on.number, 0);
+    }
+};
+
+QTEST_MAIN(TestRecordset)
+#include "tst_recordset.moc"
