@@ -1,10 +1,12 @@
 #include "link/debugboxes.h"
 #include "platform/dialogs.h"
+#include "platform/progdir.h"
 #include "shell/mdi.h"
 #include "shell/startup.h"
 #include "shell/state.h"
 
 #include <QAction>
+#include <QTemporaryDir>
 #include <QtTest>
 
 using namespace kw;
@@ -14,8 +16,13 @@ class TestShell : public QObject {
 private slots:
     void startsOfflineWithTheMenuTable()
     {
+        QTemporaryDir dir;
+        setProgramDirectory(dir.path());
+        ScriptedDialogs boxes;
+        setDialogs(&boxes);
         Mdi window;
         loadMain(window);
+        setDialogs(nullptr);
         QCOMPARE(window.windowTitle(), QStringLiteral("KW3400R - V1.53       Offline"));
         QVERIFY(window.menuEntry("mnunormal")->isChecked());
         QVERIFY(!window.menuEntry("mnuhelp")->isEnabled());
