@@ -6,6 +6,7 @@
 #include <QRegularExpression>
 #include <QSqlQuery>
 #include <QSqlRecord>
+#include <algorithm>
 #include <atomic>
 #include <cmath>
 #include <limits>
@@ -24,9 +25,30 @@ std::atomic<int> connectionCounter{0};
 constexpr int kApplicationId = 0x4B573334;
 
 QString newConnectionName() { return QStringLiteral("kwdb%1").arg(++connectionCounter); }
+
+// The handles with a connection. A handle held by a global (the shared record) outlives the
+// connection list of Qt Sql at the end of the program; this list is made after Qt's and so is
+// gone before it, closing what is still open while that can be done.
+struct OpenHandles {
+    std::vector<DatabaseHandle *> handles;
+    ~OpenHandles()
+    {
+        const auto all = handles;
+        for (DatabaseHandle *h : all)
+            h->close();
+    }
+};
+
+OpenHandles &openHandles()
+{
+    static OpenHandles list;
+    return list;
+}
 }  // namespace
 
 DatabaseHandle::~DatabaseHandle() { close(); }
+
+void DatabaseHandle::registerOpen() { openHandles().handles.push_back(this); }
 
 void DatabaseHandle::close()
 {
@@ -40,6 +62,8 @@ void DatabaseHandle::close()
     QSqlDatabase::removeDatabase(connection);
     connection.clear();
     open = false;
+    auto &list = openHandles().handles;
+    list.erase(std::remove(list.begin(), list.end(), this), list.end());
 }
 
 QString quoted(const QString &name)
@@ -216,6 +240,7 @@ std::shared_ptr<DatabaseHandle> connect(const QString &path)
     h->connection = newConnectionName();
     h->path = path;
     QSqlDatabase d = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), h->connection);
+    h->registerOpen();
     d.setDatabaseName(path);
     d.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=3000"));
     if (!d.open())

@@ -34,7 +34,10 @@ class RealDialogs : public Dialogs {
 public:
     Answer message(const QString &title, const QString &text, Buttons buttons) override
     {
-        QMessageBox box(QMessageBox::NoIcon, title, text, standardButtons(buttons), QApplication::activeWindow());
+        // The system's texts break lines with carriage returns alone.
+        QString shown = text;
+        shown.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(QLatin1Char('\r'), QLatin1Char('\n'));
+        QMessageBox box(QMessageBox::NoIcon, title, shown, standardButtons(buttons), QApplication::activeWindow());
         switch (box.exec()) {
         case QMessageBox::Cancel: return Answer::Cancel;
         case QMessageBox::Yes: return Answer::Yes;
