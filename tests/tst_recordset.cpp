@@ -3,6 +3,8 @@
 #include "platform/vbformat.h"
 
 #include <QFile>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -254,6 +256,30 @@ private slots:
         Recordset check = db_.OpenRecordset(QStringLiteral("select * from limitdef where level_dbmw = 15"), dbOpenSnapshot);
         QVERIFY(check.Eof());
         QCOMPARE(db_.OpenRecordset(QStringLiteral("limitdef"), dbOpenSnapshot).RecordCount(), 4);
+    }
+
+    // A program that dies after an Update has still written the row.
+    void updatesSurviveACrash()
+    {
+        db_.Close();
+        const pid_t child = fork();
+        if (child == 0) {
+            Database db = OpenDatabase(path_);
+            Recordset rs = db.OpenRecordset(QStringLiteral("limitdef"));
+            for (int i = 0; i < 10; ++i) {
+                rs.AddNew();
+                rs.SetField(QStringLiteral("limitnr"), 9);
+                rs.Update();
+            }
+            rs.AddNew();
+            rs.SetField(QStringLiteral("limitnr"), 9);
+            std::_Exit(0);  // no close, no clean-up of any kind
+        }
+        QVERIFY(child > 0);
+        int status = 0;
+        QCOMPARE(waitpid(child, &status, 0), child);
+        db_ = OpenDatabase(path_);
+        QCOMPARE(db_.OpenRecordset(QStringLiteral("select * from limitdef where limitnr = 9"), dbOpenSnapshot).RecordCount(), 10);
     }
 
     void filesThatAreNoDatabase()
