@@ -58,6 +58,21 @@ QString oldVersionText()
            QStringLiteral("You can not use all functions");
 }
 
+// The version rows are open in rs: the highest counts. Too old a file sends the operator to the
+// selection (again, when this is the selection); an older one is used with a warning.
+void checkVersion(ResumeNext &on)
+{
+    readVersion(on);
+    if (on.test([] { return st.dbversion < 1.0f; })) {
+        dialogs().message(kInitTitle, wrongVersionText());
+        selectDatabase();
+    } else {
+        if (st.dbversion < kDatabaseVersion)
+            dialogs().message(kInitTitle, oldVersionText());
+        readQuasiPeak(on);
+    }
+}
+
 }  // namespace
 
 void openApplicationDatabase()
@@ -73,15 +88,7 @@ void openApplicationDatabase()
         dialogs().message(kInitTitle, QStringLiteral("Database defekt or not found ") + twoReturns() + vbTrim(st.databasefile));
         selectDatabase();
     } else {
-        readVersion(on);
-        if (on.test([] { return st.dbversion < 1.0f; })) {
-            dialogs().message(kInitTitle, wrongVersionText());
-            selectDatabase();
-        } else {
-            if (st.dbversion < kDatabaseVersion)
-                dialogs().message(kInitTitle, oldVersionText());
-            readQuasiPeak(on);
-        }
+        checkVersion(on);
     }
     on([] { st.rs.Close(); });
 }
@@ -109,15 +116,7 @@ void selectDatabase()
         if (on.test([] { return st.rs.Eof() && st.rs.Bof(); })) {
             dialogs().message(kInitTitle, QStringLiteral("Database defekt or a wrong format") + twoReturns() + vbTrim(st.databasefile));
         } else {
-            readVersion(on);
-            if (on.test([] { return st.dbversion < 1.0f; })) {
-                dialogs().message(kInitTitle, wrongVersionText());
-                selectDatabase();
-            } else {
-                if (st.dbversion < kDatabaseVersion)
-                    dialogs().message(kInitTitle, oldVersionText());
-                readQuasiPeak(on);
-            }
+            checkVersion(on);
         }
     }
     on([] { st.rs.Close(); });
