@@ -1,6 +1,8 @@
 #include "shell/mdi.h"
 
+#include "shell/boxcom.h"
 #include "shell/menu.h"
+#include "shell/trform.h"
 #include "shell/startup.h"
 #include "shell/state.h"
 #include "shell/toolpanel.h"
@@ -40,6 +42,18 @@ Mdi::Mdi()
 
     uiHooks().captionChanged = [this] { refreshCaption(); };
     uiHooks().toolbarChanged = [this] { refreshToolbar(); };
+    uiHooks().showTransmission = [this] {
+        if (!child(QStringLiteral("Tr")))
+            showChild(new TrForm);
+    };
+    onMenu(*this, QStringLiteral("mnuconf"), [](Mdi &window) {
+        if (st.busycursor == 1)
+            return;
+        if (QWidget *form = window.child(QStringLiteral("boxcom")))
+            window.showChild(form);
+        else
+            window.showChild(new Boxcom);
+    });
 }
 
 Mdi::~Mdi()

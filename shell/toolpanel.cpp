@@ -46,12 +46,11 @@ void ToolPanel::mousePressEvent(QMouseEvent *event)
 // RM ticked connects, unticked goes offline; either way the box then shows the link as it is.
 void ToolPanel::rmClicked(bool ticked)
 {
-    if (ticked) {
-        if (st.portopen == 0)
-            connectunit();
-    } else if (st.portopen == 1) {
+    st.ckrm = ticked;
+    if (ticked)
+        connectunit();
+    else
         disconnectunit();
-    }
     refreshFromState();
 }
 

@@ -12,6 +12,8 @@ struct UiHooks {
     std::function<void(bool)> toolboxVisible;
     std::function<void(bool)> uncalVisible;      // the "UNCAL" label of the plot
     std::function<void()> closeBoxcom;
+    std::function<void()> showTransmission;      // the debug form Tr
+    std::function<void()> refreshForms;          // repaint measur, track, detec from the record
     // Before setting.def is written: the forms put their placement (twips) into st.formpos.
     std::function<void()> storeFormPositions;
 };

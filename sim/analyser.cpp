@@ -1,1 +1,75 @@
 #include "sim/analyser.h"
+
+namespace kt {
+
+namespace {
+const char kCr = 13;
+
+QByteArray line(const QString &text) { return text.toLatin1() + kCr; }
+}  // namespace
+
+Analyser::Analyser(const Options &options)
+    : options_(options), baud_(options.baud), settings_(!options.model.contains(QLatin1String("3400")))
+{
+}
+
+QByteArray Analyser::receive(char byte)
+{
+    QByteArray out;
+    Faults &faults = options_.faults;
+    if (!faults.noEcho) {
+        const bool wrong = faults.wrongEcho || faults.wrongEchoes > 0;
+        if (faults.wrongEchoes > 0)
+            --faults.wrongEchoes;
+        out += wrong ? static_cast<char>(byte ^ 1) : byte;
+    }
+    if (byte != kCr) {
+        // Every command starts with "#": one arriving mid-line means the program started over.
+        if (byte == '#')
+            line_.clear();
+        line_ += byte;
+        return out;
+    }
+    const QString command = QString::fromLatin1(line_);
+    line_.clear();
+    if (command.isEmpty())
+        return out;  // a bare carriage return is only echoed
+    log_ << command;
+    if (faults.silentAfter == 0)
+        faults.noReply = true;
+    else if (faults.silentAfter > 0)
+        --faults.silentAfter;
+    if (faults.noReply)
+        return out;
+    const QByteArray reply = answer(command);
+    out += reply;
+    if (!reply.isEmpty())
+        out += options_.faults.noise;
+    return out;
+}
+
+// The answer to one complete command. Settings are confirmed with "RD"; queries answer with
+// their two-letter tag and the value, except "#KT" and "#VN", which answer the value alone.
+QByteArray Analyser::answer(const QString &command)
+{
+    if (command == QLatin1String("#KT"))
+        return line(options_.faults.unknownModel ? QStringLiteral("3300") : options_.model);
+    if (command == QLatin1String("#VN"))
+        return line(options_.faults.vnZero ? QStringLiteral("0") : options_.firmware);
+    if (command.startsWith(QLatin1String("#br"))) {
+        // The new speed holds from the next byte on; the echo has gone out at the old one.
+        const int speed = command.mid(3).toInt();
+        if (speed == 4800 || speed == 9600 || speed == 19200 || speed == 38400 || speed == 115200)
+            baud_ = speed;
+        return {};
+    }
+    if (command == QLatin1String("#cr"))
+        return QByteArray("cr") + static_cast<char>(options_.warmup) + kCr;
+    if (command.startsWith(QLatin1String("#kl"))) {
+        remote_ = command.mid(3).toDouble() != 0;
+        return line(QStringLiteral("RD"));
+    }
+    return settings_.handle(command).value_or(QByteArray());
+}
+
+}  // namespace kt

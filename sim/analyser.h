@@ -1,1 +1,62 @@
 #pragma once
+// The KT3400 as the program meets it on the wire. One object holds the analyser's whole state;
+// the pty server feeds it the bytes that arrive at its line speed and sends what it answers.
+// Nothing here does input or output, so the model can be driven directly as well.
+
+#include "sim/settings.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+#include <cstdint>
+
+namespace kt {
+
+struct Faults {
+    bool noEcho = false;         // the analyser echoes nothing
+    bool wrongEcho = false;      // every echo comes back one code off
+    int wrongEchoes = 0;         // only the next so many echoes come back one code off
+    QByteArray noise;            // stray bytes the analyser sends after every answer
+    bool noReply = false;        // echoes, but never answers a complete command
+    int silentAfter = -1;        // answers only so many more commands, then falls silent
+    bool unknownModel = false;   // "#KT" answers a model nobody knows
+    bool vnZero = false;         // "#VN" answers 0
+};
+
+struct Options {
+    QString model = QStringLiteral("3420");
+    QString firmware = QStringLiteral("1.70");
+    int baud = 19200;             // the speed the analyser starts at
+    int warmup = 0;               // what "#cr" reports: 0 means warmed up
+    bool pacing = false;          // bytes take their line time (10 bits each)
+    Faults faults;
+};
+
+class Analyser {
+public:
+    explicit Analyser(const Options &options = {});
+
+    // One byte arrived at the analyser; returns what it sends back (echo, then any answer).
+    QByteArray receive(char byte);
+
+    int baud() const { return baud_; }
+    const Options &options() const { return options_; }
+    Options &options() { return options_; }
+    // Every complete command received, in order, without its carriage return.
+    const QStringList &commandLog() const { return log_; }
+    void clearLog() { log_.clear(); }
+    bool remote() const { return remote_; }
+    Settings &settings() { return settings_.settings(); }
+
+private:
+    QByteArray answer(const QString &command);
+
+    Options options_;
+    int baud_;
+    bool remote_ = false;
+    SettingsModel settings_;
+    QByteArray line_;
+    QStringList log_;
+};
+
+}  // namespace kt

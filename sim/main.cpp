@@ -1,1 +1,80 @@
-int main() { return 0; }
+// kt3400sim: a KT3400 analyser on a pseudo-terminal, for the program, its tests and demos.
+
+#include "sim/ptyserver.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QFile>
+#include <QTextStream>
+
+#include <csignal>
+#include <unistd.h>
+
+namespace {
+volatile std::sig_atomic_t quit = 0;
+void onSignal(int) { quit = 1; }
+}  // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("kt3400sim"));
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("KT3400 analyser simulator on a pseudo-terminal"));
+    parser.addHelpOption();
+    const QCommandLineOption model({QStringLiteral("m"), QStringLiteral("model")}, QStringLiteral("3400 or 3420"), QStringLiteral("model"), QStringLiteral("3420"));
+    const QCommandLineOption firmware({QStringLiteral("f"), QStringLiteral("firmware")}, QStringLiteral("firmware version, e.g. 1.70"), QStringLiteral("version"), QStringLiteral("1.70"));
+    const QCommandLineOption baud({QStringLiteral("b"), QStringLiteral("baud")}, QStringLiteral("speed the analyser starts at"), QStringLiteral("speed"), QStringLiteral("19200"));
+    const QCommandLineOption link({QStringLiteral("l"), QStringLiteral("link")}, QStringLiteral("place a symlink to the device here"), QStringLiteral("path"));
+    const QCommandLineOption log(QStringLiteral("log"), QStringLiteral("append every command received to this file"), QStringLiteral("file"));
+    const QCommandLineOption pace(QStringLiteral("pace"), QStringLiteral("bytes take their line time (10 bits each)"));
+    const QCommandLineOption warmup(QStringLiteral("warmup"), QStringLiteral("value \"#cr\" reports (0 = warm)"), QStringLiteral("n"), QStringLiteral("0"));
+    const QCommandLineOption noEcho(QStringLiteral("no-echo"), QStringLiteral("fault: echo nothing"));
+    const QCommandLineOption wrongEcho(QStringLiteral("wrong-echo"), QStringLiteral("fault: echo every character one code off"));
+    const QCommandLineOption noReply(QStringLiteral("no-reply"), QStringLiteral("fault: echo but never answer"));
+    const QCommandLineOption unknownModel(QStringLiteral("unknown-model"), QStringLiteral("fault: answer \"#KT\" with an unknown model"));
+    const QCommandLineOption vnZero(QStringLiteral("vn-zero"), QStringLiteral("fault: answer \"#VN\" with 0"));
+    parser.addOptions({model, firmware, baud, link, log, pace, warmup, noEcho, wrongEcho, noReply, unknownModel, vnZero});
+    parser.process(app);
+
+    kt::Options options;
+    options.model = parser.value(model);
+    options.firmware = parser.value(firmware);
+    options.baud = parser.value(baud).toInt();
+    options.pacing = parser.isSet(pace);
+    options.warmup = parser.value(warmup).toInt();
+    options.faults.noEcho = parser.isSet(noEcho);
+    options.faults.wrongEcho = parser.isSet(wrongEcho);
+    options.faults.noReply = parser.isSet(noReply);
+    options.faults.unknownModel = parser.isSet(unknownModel);
+    options.faults.vnZero = parser.isSet(vnZero);
+
+    kt::PtyServer server(options);
+    if (!server.start()) {
+        QTextStream(stderr) << "kt3400sim: " << server.error() << Qt::endl;
+        return 1;
+    }
+    if (parser.isSet(link) && !server.placeLink(parser.value(link))) {
+        QTextStream(stderr) << "kt3400sim: cannot place the link " << parser.value(link) << Qt::endl;
+        return 1;
+    }
+    QTextStream(stdout) << server.devicePath() << Qt::endl;
+
+    std::signal(SIGINT, onSignal);
+    std::signal(SIGTERM, onSignal);
+    qsizetype logged = 0;
+    QFile logFile(parser.value(log));
+    if (parser.isSet(log))
+        logFile.open(QIODevice::Append | QIODevice::Text);
+    while (!quit) {
+        usleep(100000);
+        if (logFile.isOpen()) {
+            const QStringList commands = server.commandLog();
+            for (; logged < commands.size(); ++logged)
+                logFile.write(commands[logged].toLatin1() + '\n');
+            logFile.flush();
+        }
+    }
+    server.stop();
+    return 0;
+}

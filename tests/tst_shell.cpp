@@ -1,3 +1,4 @@
+#include "link/debugboxes.h"
 #include "platform/dialogs.h"
 #include "shell/mdi.h"
 #include "shell/startup.h"
@@ -29,6 +30,34 @@ private slots:
         QVERIFY(!window.menuEntry("mnuhelp")->isEnabled());
         QCOMPARE(window.menuEntry("mnuBeenden")->text(), QStringLiteral("E&xit"));
         QCOMPARE(st.portopen, int16_t(0));
+    }
+
+    // The fifth click asks three numbers; debugging can be switched on there but not off.
+    void theFifthClickOpensTheDebugBoxes()
+    {
+        resetState();
+        ScriptedDialogs boxes;
+        setDialogs(&boxes);
+        boxes.inputs = {QString("7"), QString("1"), QString("120")};
+        for (int i = 0; i < 4; ++i)
+            countDebugClick();
+        QVERIFY(boxes.shown.empty());
+        countDebugClick();
+        QCOMPARE(boxes.shown.size(), size_t(3));
+        QCOMPARE(boxes.shown[0].title, QStringLiteral("Transmission timing setup"));
+        QCOMPARE(boxes.shown[0].text, QStringLiteral("Serial timeout in s (+1s)[1]|4"));
+        QCOMPARE(boxes.shown[2].text, QStringLiteral("Noisevalue default=50|50"));
+        QCOMPARE(st.serialtimeout, uint8_t(7));
+        QCOMPARE(st.transmissiondebug, uint8_t(1));
+        QCOMPARE(st.noisevalue, 50.0);  // 120 is not below 100
+        QCOMPARE(st.debugclicks, uint8_t(0));
+
+        boxes.inputs = {QString("0"), QString("0"), std::nullopt};
+        for (int i = 0; i < 5; ++i)
+            countDebugClick();
+        QCOMPARE(st.serialtimeout, uint8_t(7));
+        QCOMPARE(st.transmissiondebug, uint8_t(1));
+        setDialogs(nullptr);
     }
 };
 

@@ -1,1 +1,34 @@
 #pragma once
+// An analyser simulator on a real pseudo-terminal, wired to Com2 of a fresh program state.
+// Each test case gets its own: start values, scripted dialogs, a short time-out, an empty log.
+
+#include "platform/dialogs.h"
+#include "sim/ptyserver.h"
+
+#include <QTemporaryDir>
+#include <memory>
+
+namespace kw {
+
+class SimBench {
+public:
+    explicit SimBench(const kt::Options &options = {});
+    ~SimBench();
+
+    kt::PtyServer &sim() { return *server_; }
+    ScriptedDialogs &boxes() { return boxes_; }
+    QStringList log() { return server_->commandLog(); }
+    void clearLog();
+    // Replaces the analyser behind the line (a new pty on the same Com2), e.g. with faults.
+    void restart(const kt::Options &options);
+    QString dir() const { return dir_.path(); }
+
+private:
+    void wire();
+
+    QTemporaryDir dir_;
+    std::unique_ptr<kt::PtyServer> server_;
+    ScriptedDialogs boxes_;
+};
+
+}  // namespace kw

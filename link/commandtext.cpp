@@ -1,0 +1,61 @@
+#include "link/commandtext.h"
+
+#include "link/transport.h"
+#include "platform/vbformat.h"
+#include "shell/state.h"
+
+namespace kw {
+
+QString trimmedNumber(double value) { return vbLTrim(vbStr(value)); }
+
+QString signedLevel(float value)
+{
+    const QString text = vbFormat(value, QStringLiteral("00.0"));
+    return value >= 0 ? QStringLiteral("+") + text : text;
+}
+
+void sendSetting(const QString &text)
+{
+    if (st.portopen != 1)
+        return;
+    st.command = text;
+    sendcommand();
+}
+
+std::optional<double> askValue(const QString &text)
+{
+    st.command = text;
+    st.serialerror = 0;
+    querycommand();
+    if (st.portopen != 1 || st.serialerror)
+        return std::nullopt;
+    return vbVal(st.reply.mid(2));
+}
+
+void storeInt16(std::optional<double> value, int16_t &field)
+{
+    if (!value)
+        return;
+    try {
+        field = vbCInt(*value);
+    } catch (const VbError &) {
+    }
+}
+
+void storeByte(std::optional<double> value, uint8_t &field)
+{
+    if (!value)
+        return;
+    try {
+        field = vbCByte(*value);
+    } catch (const VbError &) {
+    }
+}
+
+void storeFloat(std::optional<double> value, float &field)
+{
+    if (value)
+        field = static_cast<float>(*value);
+}
+
+}  // namespace kw

@@ -1,0 +1,70 @@
+#include "support/simfixture.h"
+
+#include "link/transport.h"
+#include "platform/clock.h"
+#include "platform/comports.h"
+#include "platform/progdir.h"
+#include "platform/serialcontrol.h"
+#include "shell/state.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+
+namespace kw {
+
+SimBench::SimBench(const kt::Options &options)
+{
+    resetState();
+    // The line's time-outs run on a clock ten times fast, so a silent analyser costs 0.2 s, not 2 s.
+    st.serialtimeout = 2;
+    auto started = std::make_shared<QElapsedTimer>();
+    started->start();
+    setTimerSource([started] { return 1000.0f + static_cast<float>(started->nsecsElapsed() * 1e-8); });
+    setDialogs(&boxes_);
+    setProgramDirectory(dir_.path());
+    server_ = std::make_unique<kt::PtyServer>(options);
+    wire();
+}
+
+SimBench::~SimBench()
+{
+    try {
+        comm1().setPortOpen(false);
+    } catch (...) {
+    }
+    server_->stop();
+    setDialogs(nullptr);
+    setTimerSource({});
+}
+
+void SimBench::wire()
+{
+    if (!server_->start())
+        qFatal("simulator: %s", qPrintable(server_->error()));
+    QFile ports(dir_.filePath(QStringLiteral("ports.def")));
+    ports.open(QIODevice::WriteOnly | QIODevice::Text);
+    // Only Com2 leads anywhere: the machine's own serial ports stay out of the tests.
+    ports.write(QStringLiteral("Com1=%1/none1\nCom2=%2\nCom3=%1/none3\nCom4=%1/none4\n")
+                    .arg(dir_.path(), server_->devicePath())
+                    .toLocal8Bit());
+    ports.close();
+    reloadComPorts();
+}
+
+void SimBench::clearLog()
+{
+    server_->withModel([](kt::Analyser &a) { a.clearLog(); });
+}
+
+void SimBench::restart(const kt::Options &options)
+{
+    try {
+        comm1().setPortOpen(false);
+    } catch (...) {
+    }
+    server_->stop();
+    server_ = std::make_unique<kt::PtyServer>(options);
+    wire();
+}
+
+}  // namespace kw

@@ -1,0 +1,214 @@
+// The command set on the wire: exact texts, the order of the four sequences, model differences.
+
+#include "link/commands.h"
+#include "link/connection.h"
+#include "platform/vbformat.h"
+#include "shell/state.h"
+#include "shell/uihooks.h"
+#include "support/simfixture.h"
+
+#include <QtTest>
+
+using namespace kw;
+
+namespace {
+
+kt::Options analyser(const QString &model = QStringLiteral("3420"), const QString &firmware = QStringLiteral("1.70"))
+{
+    kt::Options o;
+    o.model = model;
+    o.firmware = firmware;
+    return o;
+}
+
+void connectTo(SimBench &bench)
+{
+    connectunit();
+    QVERIFY(st.portopen == 1);
+    bench.clearLog();
+}
+
+}  // namespace
+
+class TestCommands : public QObject {
+    Q_OBJECT
+private slots:
+    void cleanup() { setNumberLocale(NumberLocale::enUS()); }
+
+    void settingTexts_data()
+    {
+        QTest::addColumn<float>("reflevel");
+        QTest::addColumn<QString>("wire");
+        QTest::newRow("zero") << 0.0f << "#rl+00.0";
+        QTest::newRow("minus thirty") << -30.0f << "#rl-30.0";
+        QTest::newRow("five and a half") << 5.5f << "#rl+05.5";
+        QTest::newRow("minus point five") << -0.5f << "#rl-00.5";
+    }
+    void settingTexts()
+    {
+        QFETCH(float, reflevel);
+        QFETCH(QString, wire);
+        SimBench bench(analyser());
+        connectTo(bench);
+        st.reflevel = reflevel;
+        setreflevel();
+        // The level is read back with trace A selected, and the analyser left in readmode.
+        QCOMPARE(bench.log(), (QStringList{wire, "#vm0", "#rl", "#vm0"}));
+        QCOMPARE(st.reflevel, reflevel);
+    }
+
+    void centreFrequencyIsClampedEvenOffline()
+    {
+        SimBench bench(analyser());
+        st.centerfreq = -3.0f;
+        setcenterfreq();
+        QCOMPARE(st.centerfreq, 0.0f);
+        connectTo(bench);
+        st.centerfreq = 1050.1f;
+        setcenterfreq();
+        st.centerfreq = 1050.0f;
+        setcenterfreq();
+        st.centerfreq = 12.5f;
+        setcenterfreq();
+        QCOMPARE(bench.log(), (QStringList{"#cf1050.000", "#cf1050.000", "#cf0012.500"}));
+    }
+
+    void aCommaDecimalMarkStillGoesOutAsAPoint()
+    {
+        SimBench bench(analyser());
+        connectTo(bench);
+        setNumberLocale(NumberLocale::deDE());
+        st.centerfreq = 433.92f;
+        setcenterfreq();
+        st.reflevel = -12.5f;
+        setreflevel();
+        QCOMPARE(bench.log().at(0), QStringLiteral("#cf0433.920"));
+        QCOMPARE(bench.log().at(1), QStringLiteral("#rl-12.5"));
+        QCOMPARE(st.reflevel, -12.5f);
+    }
+
+    void triggerOffClearsTheRunEvenOffline()
+    {
+        SimBench bench(analyser());
+        st.triggerrun = 1;
+        settriggeroff();
+        QCOMPARE(st.triggerrun, uint8_t(0));
+        QVERIFY(bench.log().isEmpty());
+    }
+
+    void readAllSettingsFillsTheRecordInItsOrder()
+    {
+        SimBench bench(analyser());
+        connectTo(bench);
+        bench.sim().withModel([](kt::Analyser &a) {
+            kt::Settings &s = a.settings();
+            s.centerfreq = 123.456;
+            s.span = 200;
+            s.reflevel = -20.5;
+            s.attenuator = 20;
+            s.bandwith = 9;
+            s.videofilter = 1;
+            s.dbperdiv = 5;
+            s.calc = 1;
+            s.shown = 3;
+            s.tgon = 1;
+            s.tglevel = -12.3;
+        });
+        bool uncal = false;
+        uiHooks().uncalVisible = [&](bool on) { uncal = on; };
+        st.filemode = 1;
+        readallsettings();
+        uiHooks().uncalVisible = nullptr;
+        QCOMPARE(bench.log(), (QStringList{"#es0", "#cf", "#vm", "#vm0", "#rl", "#vm3", "#vf", "#sp", "#bw", "#at",
+                                           "#tg", "#tl", "#dm", "#db", "#uc"}));
+        QCOMPARE(st.centerfreq, 123.456f);
+        QCOMPARE(st.span, int16_t(200));
+        QCOMPARE(st.reflevel, -20.5f);
+        QCOMPARE(st.attenuator, 20.0f);
+        QCOMPARE(st.bandwith, int16_t(9));
+        QCOMPARE(st.videofilter, uint8_t(1));
+        QCOMPARE(st.dbperdiv, uint8_t(5));
+        QCOMPARE(st.calc, uint8_t(1));
+        QCOMPARE(st.readmode, uint8_t(3));
+        QCOMPARE(st.tgon, uint8_t(1));
+        QCOMPARE(st.tglevel, -12.3f);
+        QCOMPARE(st.filemode, uint8_t(0));
+        QCOMPARE(st.ucflag, uint8_t(1));  // 200 MHz is too wide for 9 kHz
+        QVERIFY(uncal);
+    }
+
+    void aModel3400NeverHearsOfTheTrackingGenerator()
+    {
+        SimBench bench(analyser(QStringLiteral("3400"), QStringLiteral("1.20")));
+        connectTo(bench);
+        st.tgon = 1;
+        st.tglevel = -10.0f;
+        settrackgen();
+        QVERIFY(bench.log().isEmpty());
+        readallsettings();
+        setallsettings();
+        for (const QString &command : bench.log())
+            QVERIFY2(!command.startsWith("#tg") && !command.startsWith("#tl"), qPrintable(command));
+        QVERIFY(!bench.log().contains(QStringLiteral("#uc")));  // firmware 1.20 does not know it
+        QCOMPARE(st.tgon, uint8_t(1));
+        QCOMPARE(st.tglevel, -10.0f);
+    }
+
+    void setAllSettingsForcesTheBandwidthUntilTheSpanIsSet()
+    {
+        SimBench bench(analyser());
+        connectTo(bench);
+        st.centerfreq = 100.0f;
+        st.reflevel = -20.0f;
+        st.attenuator = 0.0f;
+        st.span = 50;
+        st.bandwith = 120;
+        st.readmode = 4;
+        st.tgon = 1;
+        st.tglevel = -20.0f;
+        st.calc = 1;
+        setallsettings();
+        QCOMPARE(bench.log(), (QStringList{"#bw400", "#es0", "#cf0100.000", "#rl-20.0", "#vm0", "#rl", "#vm4", "#vf0",
+                                           "#at0", "#vm0", "#tl-20.0", "#tl", "#tg1", "#tl-20.0", "#tl", "#db10",
+                                           "#vm4", "#sp50", "#bw120", "#dm1", "#vm4"}));
+    }
+
+    void presetAndZeroSpanSequences()
+    {
+        SimBench bench(analyser());
+        connectTo(bench);
+        st.tgon = 0;
+        setpreset();
+        QCOMPARE(bench.log(), (QStringList{"#es0", "#vm0", "#cf0500.000", "#rl-30.0", "#vm0", "#rl", "#vm0", "#vf0",
+                                           "#sp1000", "#bw400", "#at10", "#vm0", "#tl-50.0", "#tl", "#tg0", "#db10",
+                                           "#bw400"}));
+        bench.clearLog();
+        st.centerfreq = 88.5f;
+        st.bandwith = 120;
+        st.readmode = 3;
+        setzerospan();
+        const QStringList log = bench.log();
+        const QStringList head{"#es0", "#cf0088.500", "#rl-30.0", "#vm0", "#rl", "#vm3", "#vf0", "#sp0", "#bw120",
+                               "#at10", "#vm0", "#db10", "#dm1", "#vm3", "#vm0", "#es0", "#cf"};
+        QCOMPARE(log.mid(0, head.size()), head);
+        QCOMPARE(log.last(), QStringLiteral("#es1"));
+        QCOMPARE(st.span, int16_t(0));
+        QCOMPARE(st.readmode, uint8_t(0));
+    }
+
+    void aFailureInTheMiddleIsToldOnceAndTheRestIsSilent()
+    {
+        SimBench bench(analyser());
+        connectTo(bench);
+        bench.sim().withModel([](kt::Analyser &a) { a.options().faults.silentAfter = 4; });
+        setallsettings();
+        QCOMPARE(bench.boxes().count(QStringLiteral("Serial - Error")), 1);
+        QCOMPARE(st.portopen, int16_t(0));
+        // Four answered, the fifth sent three times, then nothing more.
+        QCOMPARE(bench.log(), (QStringList{"#bw400", "#es0", "#cf0500.000", "#rl-30.0", "#vm0", "#vm0", "#vm0"}));
+        QCOMPARE(st.busycursor, uint8_t(0));
+    }
+};
+
+QTEST_MAIN(TestCommands)
+#include "tst_commands.moc"

@@ -1,0 +1,164 @@
+// Finding, identifying and releasing the analyser over a real pseudo-terminal.
+
+#include "link/connection.h"
+#include "link/transport.h"
+#include "platform/serialcontrol.h"
+#include "shell/mdi.h"
+#include "shell/startup.h"
+#include "shell/state.h"
+#include "shell/toolpanel.h"
+#include "support/simfixture.h"
+
+#include <QCheckBox>
+
+#include <QtTest>
+
+using namespace kw;
+
+namespace {
+kt::Options at(int baud, const QString &model = QStringLiteral("3420"), const QString &firmware = QStringLiteral("1.70"))
+{
+    kt::Options o;
+    o.baud = baud;
+    o.model = model;
+    o.firmware = firmware;
+    return o;
+}
+}  // namespace
+
+class TestConnection : public QObject {
+    Q_OBJECT
+private slots:
+    void foundAtFirstProbeStillSendsTheSpeed()
+    {
+        SimBench bench(at(19200));
+        connectunit();
+        QCOMPARE(st.portopen, int16_t(1));
+        QCOMPARE(st.ckrm, uint8_t(1));
+        QCOMPARE(st.modelname, QStringLiteral("3420"));
+        QCOMPARE(st.firmware, QStringLiteral("1.70"));
+        QCOMPARE(st.caption, QStringLiteral("KW3400R - V1.53       Unit:3420       Firmware:1.70"));
+        QCOMPARE(bench.log(), (QStringList{"#KT", "#br19200", "#kl1", "#KT", "#VN", "#cr"}));
+        QVERIFY(bench.boxes().shown.empty());
+        QCOMPARE(st.busycursor, uint8_t(0));
+
+        disconnectunit();
+        QCOMPARE(st.portopen, int16_t(0));
+        QCOMPARE(st.ckrm, uint8_t(0));
+        QCOMPARE(bench.log().last(), QStringLiteral("#kl0"));
+        QCOMPARE(st.caption, QStringLiteral("KW3400R - V1.53       Offline"));
+        QVERIFY(comm1().portOpen());  // the link is down, the port stays open
+    }
+
+    void foundAtASlowerSpeedIsMovedToTheWantedOne()
+    {
+        SimBench bench(at(9600, QStringLiteral("3400"), QStringLiteral("1.20")));
+        connectunit();
+        QCOMPARE(st.portopen, int16_t(1));
+        QCOMPARE(bench.sim().lineBaud(), 19200);
+        int analyserBaud = 0;
+        bench.sim().withModel([&](kt::Analyser &a) { analyserBaud = a.baud(); });
+        QCOMPARE(analyserBaud, 19200);
+        QCOMPARE(comm1().settings(), QStringLiteral("19200,N,8,1"));
+        // Old firmware: no warm-up question.
+        QCOMPARE(bench.log(), (QStringList{"#KT", "#br19200", "#kl1", "#KT", "#VN"}));
+    }
+
+    void versionZeroIsAskedThreeTimes()
+    {
+        kt::Options o = at(19200);
+        o.faults.vnZero = true;
+        SimBench bench(o);
+        connectunit();
+        QCOMPARE(bench.log().count(QStringLiteral("#VN")), 3);
+        QCOMPARE(st.firmware, QStringLiteral("0.00"));
+        QCOMPARE(firmwareNumber(), 0.0f);
+        QVERIFY(!bench.log().contains(QStringLiteral("#cr")));
+    }
+
+    void unknownModelIsNotFound()
+    {
+        kt::Options o = at(19200);
+        o.faults.unknownModel = true;
+        SimBench bench(o);
+        st.ckrm = 1;
+        connectunit();
+        QCOMPARE(st.portopen, int16_t(0));
+        QCOMPARE(st.ckrm, uint8_t(0));
+        QCOMPARE(bench.boxes().shown.size(), size_t(1));
+        QCOMPARE(bench.boxes().shown[0].title, QStringLiteral("Serial - Error"));
+        QCOMPARE(bench.boxes().shown[0].text, QStringLiteral("Unit not found"));
+        QCOMPARE(st.busycursor, uint8_t(0));
+        QVERIFY(!bench.log().contains(QStringLiteral("#kl1")));
+    }
+
+    void autosearchIsQuietUntilTheEnd()
+    {
+        SimBench bench(at(19200));
+        bench.restart([] {
+            kt::Options o = at(19200);
+            o.faults.noEcho = true;
+            return o;
+        }());
+        autosearch();
+        QCOMPARE(st.comport, int16_t(5));
+        QCOMPARE(st.serialquiet, uint8_t(0));
+        QCOMPARE(st.portopen, int16_t(0));
+        QCOMPARE(bench.boxes().shown.size(), size_t(1));
+        QCOMPARE(bench.boxes().shown[0].text, QStringLiteral("Unit not found"));
+    }
+
+    void autosearchFindsThePortAndNamesIt()
+    {
+        SimBench bench(at(4800));
+        st.comport = 4;
+        autosearch();
+        QCOMPARE(st.portopen, int16_t(1));
+        QCOMPARE(st.comport, int16_t(2));
+        QCOMPARE(bench.boxes().shown.size(), size_t(1));
+        QCOMPARE(bench.boxes().shown[0].title, QStringLiteral("Autosearch"));
+        QCOMPARE(bench.boxes().shown[0].text, QStringLiteral("Unit found at port:  2   Baud:  19200"));
+    }
+
+    void theRmBoxConnectsAndReleases()
+    {
+        SimBench bench(at(9600));
+        Mdi window;
+        loadMain(window);
+        st.serialtimeout = 2;
+        QCheckBox *rm = window.toolPanel()->ckrm();
+        rm->click();
+        QCOMPARE(st.portopen, int16_t(1));
+        QVERIFY(rm->isChecked());
+        QCOMPARE(window.windowTitle(), QStringLiteral("KW3400R - V1.53       Unit:3420       Firmware:1.70"));
+        rm->click();
+        QCOMPARE(st.portopen, int16_t(0));
+        QVERIFY(!rm->isChecked());
+        QCOMPARE(bench.log().last(), QStringLiteral("#kl0"));
+        QCOMPARE(window.windowTitle(), QStringLiteral("KW3400R - V1.53       Offline"));
+
+        bench.sim().stop();
+        rm->click();  // nothing answers now
+        QVERIFY(!rm->isChecked());
+        QCOMPARE(st.portopen, int16_t(0));
+        QCOMPARE(bench.boxes().count(QStringLiteral("Serial - Error")), 1);
+    }
+
+    void aVanishedAnalyserGivesOneBox()
+    {
+        SimBench bench(at(19200));
+        connectunit();
+        QCOMPARE(st.portopen, int16_t(1));
+        bench.sim().stop();
+        st.command = QStringLiteral("#kl1");
+        sendcommand();
+        st.command = QStringLiteral("#KT");
+        querycommand();
+        QCOMPARE(st.portopen, int16_t(0));
+        QCOMPARE(st.ckrm, uint8_t(0));
+        QCOMPARE(bench.boxes().count(QStringLiteral("Serial - Error")), 1);
+    }
+};
+
+QTEST_MAIN(TestConnection)
+#include "tst_connection.moc"
