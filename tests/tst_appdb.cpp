@@ -1,10 +1,14 @@
 #include "platform/dialogs.h"
 #include "platform/onerror.h"
 #include "platform/recordset.h"
+#include "shell/mdi.h"
+#include "shell/menu.h"
+#include "shell/startup.h"
 #include "shell/state.h"
 #include "store/appdb.h"
 #include "support/programdir.h"
 
+#include <QAction>
 #include <QtTest>
 
 using namespace kw;
@@ -121,6 +125,38 @@ private slots:
             QVERIFY(!parts.NoMatch());
         }
         db.Close();
+    }
+
+    // A database chosen from the menu, the port, the speed and the mode come back after E&xit.
+    void workplaceSurvivesARestart()
+    {
+        test::TempProgramDir dir;
+        QVERIFY(dir.copyDefaultDatabase("copy.mdb"));
+        {
+            Mdi window;
+            loadMain(window);
+            boxes_.shown.clear();
+            boxes_.files.push_back(dir.file("copy.mdb"));
+            window.menuEntry("mnuseldata")->trigger();
+            QCOMPARE(boxesOf(boxes_), QStringList{"open|Select Database"});
+            QCOMPARE(st.db.Name(), dir.file("copy.mdb"));
+            st.comport = 4;
+            st.baudrate = 9600;
+            st.mode = 1;
+            mnuBeenden(window);
+            QVERIFY(!st.db.isSet());
+        }
+        boxes_.shown.clear();
+        Mdi window;
+        loadMain(window);
+        QCOMPARE(boxesOf(boxes_), QStringList());
+        QCOMPARE(st.comport, int16_t(4));
+        QCOMPARE(st.baudrate, int32_t(9600));
+        QCOMPARE(st.mode, uint8_t(1));
+        QCOMPARE(st.databasefile, dir.file("copy.mdb"));
+        QCOMPARE(st.db.Name(), dir.file("copy.mdb"));
+        QVERIFY(window.menuEntry("mnuemc")->isChecked());
+        window.close();
     }
 
     void versions_data()
