@@ -55,7 +55,7 @@ class TestRecordset : public QObject {
                          {QStringLiteral("frequency"), FieldType::Single},
                          {QStringLiteral("level_dbmw"), FieldType::Single}}});
         db.Execute(QStringLiteral("insert into limithead values (1, 'abc', 1, -160.7, 0), (2, 'ABC', 0, 1, 0), "
-                                  "(3, 'CISPR 32 Class B', 1, 1, 0), (4, 'Fcc 15 B', 0, 1, 0)"));
+                                  "(3, 'CISPR 32 Class B', 1, 1, 0), (4, 'Fcc 15 B', 0, 1, NULL)"));
         db.Execute(QStringLiteral("insert into limitdef values (1, 30, 5), (1, 100, 10), (1, 100, 20), "
                                   "(1, 100.1, 25), (1, 230, 30)"));
         db.Close();
@@ -112,6 +112,9 @@ private slots:
         QTest::newRow("like star") << head << false << "limitname like 'cispr*'" << 3;
         QTest::newRow("like question mark") << head << false << "limitname like 'fcc 1? b'" << 4;
         QTest::newRow("no such name") << head << false << "limitname like 'xyz'" << 0;
+        QTest::newRow("null is no match") << head << false << "not code = 0" << 0;
+        QTest::newRow("null within or") << head << true << "code = 0 or limitnr = 4" << 4;
+        QTest::newRow("null within not like") << head << true << "not (code like 1)" << 3;
         QTest::newRow("true flag") << head << true << "loga = True" << 3;
         QTest::newRow("equal frequencies, last") << def << true << "frequency = 100" << 3;
         QTest::newRow("equal frequencies, first") << def << false << "frequency = 100" << 2;
