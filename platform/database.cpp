@@ -33,9 +33,8 @@ struct OpenHandles {
     std::vector<DatabaseHandle *> handles;
     ~OpenHandles()
     {
-        const auto all = handles;
-        for (DatabaseHandle *h : all)
-            h->close();
+        for (DatabaseHandle *h : handles)
+            h->closeConnection();
     }
 };
 
@@ -54,6 +53,15 @@ void DatabaseHandle::close()
 {
     if (connection.isEmpty())
         return;
+    closeConnection();
+    auto &list = openHandles().handles;
+    list.erase(std::remove(list.begin(), list.end(), this), list.end());
+}
+
+void DatabaseHandle::closeConnection()
+{
+    if (connection.isEmpty())
+        return;
     {
         QSqlDatabase d = sql();
         if (d.isValid())
@@ -62,8 +70,6 @@ void DatabaseHandle::close()
     QSqlDatabase::removeDatabase(connection);
     connection.clear();
     open = false;
-    auto &list = openHandles().handles;
-    list.erase(std::remove(list.begin(), list.end(), this), list.end());
 }
 
 QString quoted(const QString &name)
