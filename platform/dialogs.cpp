@@ -42,7 +42,10 @@ public:
             qWarning("unattended box: %s: %s", qPrintable(title), qPrintable(text));
             return buttons == Buttons::Ok ? Answer::Ok : Answer::Cancel;
         }
-        QMessageBox box(QMessageBox::NoIcon, title, text, standardButtons(buttons), QApplication::activeWindow());
+        // The system's texts break lines with carriage returns alone.
+        QString shown = text;
+        shown.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(QLatin1Char('\r'), QLatin1Char('\n'));
+        QMessageBox box(QMessageBox::NoIcon, title, shown, standardButtons(buttons), QApplication::activeWindow());
         switch (box.exec()) {
         case QMessageBox::Cancel: return Answer::Cancel;
         case QMessageBox::Yes: return Answer::Yes;
