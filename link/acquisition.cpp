@@ -1,8 +1,8 @@
 #include "link/acquisition.h"
 
 #include "levels/correctiontables.h"
-#include "link/acquisitionglue.h"
 #include "link/blockread.h"
+#include "link/commands.h"
 #include "link/connection.h"
 #include "link/storetrace.h"
 #include "link/transport.h"
@@ -13,6 +13,9 @@
 #include "shell/uihooks.h"
 
 namespace kw {
+
+// The plot's drawing pass.
+void DrawPlot();
 
 namespace {
 
@@ -46,7 +49,7 @@ void beginread()
 void readsampleblock()
 {
     // The conversion is to use the reference and attenuator that hold at this moment.
-    queryreflevelplain();
+    queryreflevel();
     queryattenuator();
     doEvents();
     int retry = 0;
@@ -183,7 +186,7 @@ void readtraces()
     if (st.mode == 0) {
         setreadmode();
         readallsettings();
-        drawplot();
+        DrawPlot();
     }
     normalpointer();
 }

@@ -25,7 +25,7 @@ uint8_t maxByte(const QByteArray &bytes)
         m = std::max(m, uint8_t(c));
     return m;
 }
-SimSettings around(double centre, double span, int rbw = 120)
+SimSettings around(double centre, int span, int rbw = 120)
 {
     SimSettings s;
     s.centerfreq = centre;
@@ -155,9 +155,9 @@ private slots:
     {
         SimSignal signal;
         SimSettings s = around(520.0, 5);
-        s.calc = true;
+        s.calc = 1;
         signal.restartCalc(0);
-        s.vmtrace = 4;
+        s.shown = 4;
         signal.traceBytes(s, 0);
         const QByteArray early = signal.traceBytes(s, 0.05);
         const QByteArray held = signal.traceBytes(s, 5.0);
@@ -165,11 +165,11 @@ private slots:
         for (int i = 0; i < kPoints; ++i)
             QVERIFY(uint8_t(held[i]) >= uint8_t(early[i]));
         // The pulsed carrier is caught in max hold and shows well above the average.
-        s.vmtrace = 3;
+        s.shown = 3;
         const QByteArray average = signal.traceBytes(s, 5.0);
         QVERIFY(maxByte(held) - maxByte(average) > 10);
         // The average is smoother than one sample.
-        s.vmtrace = 0;
+        s.shown = 0;
         const QByteArray sample = signal.traceBytes(s, 5.0);
         auto spread = [](const QByteArray &b) {
             double d = 0;
@@ -187,12 +187,12 @@ private slots:
     {
         SimSignal signal;
         SimSettings s = around(101.1, 2);
-        s.videofilter = true;
+        s.videofilter = 1;
         signal.saveMemoryB(s, 0);
-        s.vmtrace = 1;
+        s.shown = 1;
         const QByteArray b = signal.traceBytes(s, 1);
         QVERIFY(maxByte(b) > 150);  // the FM carrier is in memory
-        s.vmtrace = 2;
+        s.shown = 2;
         const QByteArray diff = signal.traceBytes(s, 1);
         QVERIFY(qAbs(median(diff) - 227) <= 6);  // A and B agree: the reference line
     }
