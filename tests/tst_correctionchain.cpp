@@ -3,6 +3,7 @@
 
 #include "levels/correction.h"
 #include "levels/correctiontables.h"
+#include "levels/units.h"
 #include "shell/state.h"
 #include "support/chaindb.h"
 
@@ -106,6 +107,26 @@ private slots:
         // Rows every 10 MHz: each slot runs three finds for each of the 100 segments it enters and one
         // for the last point, which falls on its last row.
         QCOMPARE(correctionqueries() - before, 5 * (3 * 100 + 1));
+    }
+
+    void unitsByName()
+    {
+        bench({});
+        st.db.AppendTable({QStringLiteral("unit"),
+                           {{QStringLiteral("unitname"), FieldType::Text, 20}, {QStringLiteral("unitoffset"), FieldType::Single}}});
+        st.db.Execute(QStringLiteral("insert into unit values ('dBmW', 0), ('dBuV', 107), ('dBuA', 73)"));
+        QVERIFY(chooseunit(QStringLiteral("DBUV "), false, false));  // trimmed, case does not count
+        QCOMPARE(st.unit, QStringLiteral("dBuV"));
+        QCOMPARE(st.unitoffset, 107.0f);
+        QVERIFY(chooseunit(QStringLiteral("dBuA"), true, true));
+        QCOMPARE(st.unitoffset, 73.0f);
+        // Picked in the combo box but not there: the pair stays.
+        QVERIFY(!chooseunit(QStringLiteral("dBpW"), false, false));
+        QCOMPARE(st.unit, QStringLiteral("dBuA"));
+        // A quote breaks its own criterion; on a repaint the unit falls back.
+        QVERIFY(!chooseunit(QStringLiteral("it's"), true, true));
+        QCOMPARE(st.unit, QStringLiteral("dBmW"));
+        QCOMPARE(st.unitoffset, 0.0f);
     }
 
     void aClosedTableLeavesItsShareOut()
