@@ -231,12 +231,7 @@ void disconnectunit()
     st.command = QStringLiteral("#kl0");
     sendcommand();
     if (!st.serialerror) {
-        st.connectionstate2 = 0;
-        st.portopen = 0;
-        st.ckrm = 0;
-        st.ckauto = 0;
-        st.liveread = 0;
-        notifyToolbar();
+        marklinkdown();
         setCaption(kCaptionPrefix + QStringLiteral("Offline"));
     }
     normalpointer();

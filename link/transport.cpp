@@ -207,6 +207,17 @@ void querycommand()
     readLine(true);
 }
 
+// Unticking RM and Auto stops live reading too.
+void marklinkdown()
+{
+    st.connectionstate2 = 0;
+    st.portopen = 0;
+    st.ckrm = 0;
+    st.ckauto = 0;
+    st.liveread = 0;
+    notifyToolbar();
+}
+
 // A failure is told once, and not at all during a search. The port stays open; the next
 // connection closes and reopens it.
 void serialfault()
@@ -215,12 +226,7 @@ void serialfault()
         return;
     normalpointer();
     dialogs().message(QStringLiteral("Serial - Error"), st.serialerrortext, Buttons::Ok);
-    st.connectionstate2 = 0;
-    st.portopen = 0;
-    st.ckrm = 0;
-    st.ckauto = 0;
-    st.liveread = 0;
-    notifyToolbar();
+    marklinkdown();
     st.serialerror = 1;
     st.stoprun = 0;
 }

@@ -18,6 +18,8 @@ void readreply();
 QString readchar();
 uint8_t readbyte();
 void serialfault();
+// The link is down: portopen 0, RM and Auto unticked.
+void marklinkdown();
 
 // Waits for a received byte: true when one is there, false after more than serialtimeout seconds.
 // Blocks in the OS between looks at the clock; never runs the event loop.

@@ -3,6 +3,7 @@
 #include "platform/vbformat.h"
 
 #include <cmath>
+#include <optional>
 
 namespace kw {
 
@@ -257,10 +258,14 @@ bool ordered(CriterionOp op, const T &a, const T &b)
     }
 }
 
-bool compare(const Criterion &c, const QVariant &value)
+// Null compares to nothing: the answer is unknown, and stays unknown through Not, as the
+// engine's three-valued logic has it; only a known true finds a row.
+using Truth = std::optional<bool>;
+
+Truth compare(const Criterion &c, const QVariant &value)
 {
     if (value.isNull())
-        return false;
+        return std::nullopt;
     if (c.op == CriterionOp::Like || c.op == CriterionOp::NotLike) {
         const bool hit = vbLike(likeText(value), c.literalText, false);
         return c.op == CriterionOp::Like ? hit : !hit;
@@ -274,6 +279,38 @@ bool compare(const Criterion &c, const QVariant &value)
     if (c.singleColumn)
         return ordered(c.op, float(numberOf(value)), float(numberOf(c.literal)));
     return ordered(c.op, numberOf(value), numberOf(c.literal));
+}
+
+Truth evaluate(const Criterion &criterion, const std::vector<QVariant> &row)
+{
+    switch (criterion.kind) {
+    case Criterion::Kind::And: {
+        const Truth a = evaluate(criterion.children[0], row);
+        if (a == false)
+            return false;
+        const Truth b = evaluate(criterion.children[1], row);
+        if (b == false)
+            return false;
+        return a && b ? Truth(true) : std::nullopt;
+    }
+    case Criterion::Kind::Or: {
+        const Truth a = evaluate(criterion.children[0], row);
+        if (a == true)
+            return true;
+        const Truth b = evaluate(criterion.children[1], row);
+        if (b == true)
+            return true;
+        return a && b ? Truth(false) : std::nullopt;
+    }
+    case Criterion::Kind::Not: {
+        const Truth a = evaluate(criterion.children[0], row);
+        return a ? Truth(!*a) : std::nullopt;
+    }
+    case Criterion::Kind::Compare: break;
+    }
+    if (criterion.columnIndex < 0 || size_t(criterion.columnIndex) >= row.size())
+        throw VbError(kUnknownField);
+    return compare(criterion, row[size_t(criterion.columnIndex)]);
 }
 
 }  // namespace
@@ -296,18 +333,7 @@ void bindCriterion(Criterion &criterion, const std::function<int(const QString &
 
 bool matchesCriterion(const Criterion &criterion, const std::vector<QVariant> &row)
 {
-    switch (criterion.kind) {
-    case Criterion::Kind::And:
-        return matchesCriterion(criterion.children[0], row) && matchesCriterion(criterion.children[1], row);
-    case Criterion::Kind::Or:
-        return matchesCriterion(criterion.children[0], row) || matchesCriterion(criterion.children[1], row);
-    case Criterion::Kind::Not:
-        return !matchesCriterion(criterion.children[0], row);
-    case Criterion::Kind::Compare: break;
-    }
-    if (criterion.columnIndex < 0 || size_t(criterion.columnIndex) >= row.size())
-        throw VbError(kUnknownField);
-    return compare(criterion, row[size_t(criterion.columnIndex)]);
+    return evaluate(criterion, row).value_or(false);
 }
 
 }  // namespace kw

@@ -19,6 +19,8 @@ struct DatabaseHandle {
     ~DatabaseHandle();
     QSqlDatabase sql() const { return QSqlDatabase::database(connection, false); }
     void close();
+    void closeConnection();  // without leaving the list of open handles
+    void registerOpen();
 };
 
 struct Row {

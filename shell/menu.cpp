@@ -4,6 +4,7 @@
 #include "shell/mdi.h"
 #include "shell/startup.h"
 #include "shell/state.h"
+#include "store/appdb.h"
 #include "store/settingfile.h"
 
 #include <QAction>
@@ -96,6 +97,7 @@ void buildMainMenu(Mdi &window)
         window.menuEntry(QString::fromLatin1(name))->setCheckable(true);
     window.menuEntry(QStringLiteral("mnunormal"))->setChecked(true);
 
+    onMenu(window, QStringLiteral("mnuseldata"), &mnuseldata);
     onMenu(window, QStringLiteral("mnuBeenden"), &mnuBeenden);
 }
 

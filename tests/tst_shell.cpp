@@ -3,6 +3,7 @@
 #include "shell/mdi.h"
 #include "shell/startup.h"
 #include "shell/state.h"
+#include "support/programdir.h"
 
 #include <QAction>
 #include <QtTest>
@@ -14,8 +15,16 @@ class TestShell : public QObject {
 private slots:
     void startsOfflineWithTheMenuTable()
     {
+        // A first start: no setting.def yet, the delivered database beside the program.
+        test::TempProgramDir dir;
+        ScriptedDialogs boxes;
+        setDialogs(&boxes);
         Mdi window;
         loadMain(window);
+        setDialogs(nullptr);
+        QCOMPARE(boxes.count(QStringLiteral("Load default settings")), 1);
+        QCOMPARE(boxes.shown.size(), size_t(1));
+        QVERIFY(st.db.isSet());
         QCOMPARE(window.windowTitle(), QStringLiteral("KW3400R - V1.53       Offline"));
         QVERIFY(window.menuEntry("mnunormal")->isChecked());
         QVERIFY(!window.menuEntry("mnuhelp")->isEnabled());

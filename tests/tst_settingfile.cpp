@@ -1,0 +1,204 @@
+#include "platform/dialogs.h"
+#include "platform/twips.h"
+#include "shell/state.h"
+#include "shell/uihooks.h"
+#include "store/settingfile.h"
+#include "support/programdir.h"
+
+#include <QDir>
+#include <QtEndian>
+#include <QtTest>
+
+using namespace kw;
+
+namespace {
+
+QByteArray readAll(const QString &path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+void writeAll(const QString &path, const QByteArray &bytes)
+{
+    QFile f(path);
+    QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    f.write(bytes);
+}
+
+// A record as another run left it: every slot holds a value of its own.
+QByteArray sampleRecord(const QByteArray &path)
+{
+    QByteArray r("def01");
+    r.append(char(7));
+    for (int i = 0; i < 17; ++i) {
+        char le[2];
+        qToLittleEndian<int16_t>(int16_t(100 * (i + 1) + i), le);
+        r.append(le, 2);
+    }
+    r.append(char(1));
+    char port[2];
+    qToLittleEndian<int16_t>(3, port);
+    r.append(port, 2);
+    char speed[4];
+    qToLittleEndian<int32_t>(115200, speed);
+    r.append(speed, 4);
+    r.append(path.leftJustified(150, ' ', true));
+    return r;
+}
+
+}  // namespace
+
+class TestSettingFile : public QObject {
+    Q_OBJECT
+    ScriptedDialogs boxes_;
+
+private slots:
+    void init()
+    {
+        resetState();
+        boxes_ = ScriptedDialogs();
+        setDialogs(&boxes_);
+    }
+    void cleanup()
+    {
+        setDialogs(nullptr);
+        uiHooks().storeFormPositions = nullptr;
+    }
+
+    void roundTripIsByteForByte()
+    {
+        test::TempProgramDir dir(false);
+        const QByteArray record = sampleRecord("/srv/emc/lab.mdb");
+        QCOMPARE(record.size(), kSettingFileSize);
+        writeAll(dir.file("setting.def"), record + QByteArray("tail of an older file"));
+        readSettingFile();
+        QVERIFY(boxes_.shown.empty());
+        QCOMPARE(st.carriedbyte, uint8_t(7));
+        QCOMPARE(st.formpos[1], int16_t(100));   // grafik window state, offset 6
+        QCOMPARE(st.formpos[4], int16_t(403));   // grafik width, offset 12
+        QCOMPARE(st.formpos[15], int16_t(1211)); // track left stands before emc on disk, offset 28
+        QCOMPARE(st.formpos[12], int16_t(1514)); // emc left, offset 34
+        QCOMPARE(st.mode, uint8_t(1));
+        QCOMPARE(st.comport, int16_t(3));
+        QCOMPARE(st.baudrate, int32_t(115200));
+        QCOMPARE(st.databasefile, QStringLiteral("/srv/emc/lab.mdb"));
+
+        writeSettingFile();
+        QVERIFY(boxes_.shown.empty());
+        QCOMPARE(readAll(dir.file("setting.def")), record + QByteArray("tail of an older file"));
+    }
+
+    void badFilesGiveTheBoxAndTheDefaults_data()
+    {
+        QTest::addColumn<bool>("exists");
+        QTest::addColumn<QByteArray>("contents");
+        QTest::newRow("absent") << false << QByteArray();
+        QTest::newRow("empty") << true << QByteArray();
+        QTest::newRow("short header") << true << QByteArray("def0");
+        QTest::newRow("foreign") << true << sampleRecord("x").replace(0, 5, "DEF01");
+    }
+    void badFilesGiveTheBoxAndTheDefaults()
+    {
+        QFETCH(bool, exists);
+        QFETCH(QByteArray, contents);
+        test::TempProgramDir dir(false);
+        if (exists)
+            writeAll(dir.file("setting.def"), contents);
+        st.mode = 1;
+        st.carriedbyte = 9;
+        st.formpos[2] = 55;
+        st.formpos[4] = 1;
+        readSettingFile();
+        QCOMPARE(boxes_.shown.size(), size_t(1));
+        QCOMPARE(boxes_.shown[0].title, QStringLiteral("Load default settings"));
+        QCOMPARE(boxes_.shown[0].text, QStringLiteral("Generate new default settings"));
+        QCOMPARE(st.formpos[4], int16_t(7200));
+        QCOMPARE(st.formpos[10], int16_t(4500));
+        QCOMPARE(st.formpos[15], int16_t(5300));
+        QCOMPARE(st.formpos[16], int16_t(6800));
+        QCOMPARE(st.formpos[12], int16_t(7000));
+        QCOMPARE(st.comport, int16_t(2));
+        QCOMPARE(st.baudrate, int32_t(19200));
+        QCOMPARE(st.databasefile, QDir(dir.path()).filePath("default.mdb"));
+        // What has no default keeps its value.
+        QCOMPARE(st.mode, uint8_t(1));
+        QCOMPARE(st.carriedbyte, uint8_t(9));
+        QCOMPARE(st.formpos[2], int16_t(55));
+        // The file is not rewritten by reading; an absent one is left behind empty.
+        QCOMPARE(readAll(dir.file("setting.def")), contents);
+        QVERIFY(QFileInfo::exists(dir.file("setting.def")));
+
+        writeSettingFile();
+        const QByteArray written = readAll(dir.file("setting.def"));
+        QVERIFY(written.startsWith("def01"));
+        QCOMPARE(written.size(), qMax<qsizetype>(kSettingFileSize, contents.size()));
+    }
+
+    void shortRecordReadsZeroWithoutABox()
+    {
+        test::TempProgramDir dir(false);
+        writeAll(dir.file("setting.def"), sampleRecord("/x.mdb").left(43));
+        readSettingFile();
+        QVERIFY(boxes_.shown.empty());
+        QCOMPARE(st.comport, int16_t(3));
+        QCOMPARE(st.baudrate, int32_t(0));
+        QCOMPARE(st.databasefile, QString());
+    }
+
+    void longPathIsCutAtItsFixedLength()
+    {
+        test::TempProgramDir dir(false);
+        st.databasefile = QString(160, QLatin1Char('p'));
+        writeSettingFile();
+        const QByteArray written = readAll(dir.file("setting.def"));
+        QCOMPARE(written.size(), kSettingFileSize);
+        QCOMPARE(written.mid(47), QByteArray(150, 'p'));
+        // A path with a character of more than one byte is not cut inside it.
+        st.databasefile = QString(149, QLatin1Char('p')) + QStringLiteral("µ");
+        writeSettingFile();
+        QCOMPARE(readAll(dir.file("setting.def")).mid(47), QByteArray(149, 'p') + ' ');
+    }
+
+    void formsPutTheirPlacementBeforeWriting()
+    {
+        test::TempProgramDir dir(false);
+        uiHooks().storeFormPositions = [] { st.formpos[6] = 1234; };
+        writeSettingFile();
+        QCOMPARE(qFromLittleEndian<int16_t>(readAll(dir.file("setting.def")).constData() + 16), int16_t(1234));
+    }
+
+    void failedWriteShowsTheEmptyBox()
+    {
+        test::TempProgramDir dir(false);
+        QVERIFY(QDir(dir.path()).mkdir("setting.def"));
+        writeSettingFile();
+        QCOMPARE(boxes_.shown.size(), size_t(1));
+        QCOMPARE(boxes_.shown[0].title, QString());
+        QCOMPARE(boxes_.shown[0].text, QString());
+    }
+
+    void twips_data()
+    {
+        QTest::addColumn<int>("twips");
+        QTest::addColumn<double>("dpi");
+        QTest::addColumn<int>("pixels");
+        QTest::addColumn<int>("back");
+        QTest::newRow("inch at 96") << 1440 << 96.0 << 96 << 1440;
+        QTest::newRow("plot width at 96") << 7200 << 96.0 << 480 << 7200;
+        QTest::newRow("rounds at 120") << 7300 << 120.0 << 608 << 7296;
+        QTest::newRow("negative at 144") << -4500 << 144.0 << -450 << -4500;
+    }
+    void twips()
+    {
+        QFETCH(int, twips);
+        QFETCH(double, dpi);
+        QFETCH(int, pixels);
+        QFETCH(int, back);
+        QCOMPARE(twipsToPixels(twips, dpi), pixels);
+        QCOMPARE(pixelsToTwips(pixels, dpi), back);
+    }
+};
+
+QTEST_MAIN(TestSettingFile)
+#include "tst_settingfile.moc"
