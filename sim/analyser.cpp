@@ -16,6 +16,7 @@ Analyser::Analyser(const Options &options)
     : options_(options), baud_(options.baud), settings_(!options.model.contains(QLatin1String("3400")))
 {
     signal_.scene().dutOn = options.dutOn;
+    signal_.scene().preamp = options.preamp;
 }
 
 // Seconds on the analyser's own clock: pulses and sweeps follow it.

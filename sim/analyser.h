@@ -34,6 +34,7 @@ struct Options {
     int warmup = 0;               // what "#cr" reports: 0 means warmed up
     bool pacing = false;          // bytes take their line time (10 bits each)
     bool dutOn = true;            // the device under test radiates; the room's FM is there either way
+    bool preamp = true;           // the chain holds the delivered preamplifier
     Faults faults;
 };
 

@@ -38,7 +38,7 @@ double carriersMw(const SimScene &scene, double f, double halfbin, int rbw, doub
         if (!pulseOn(*it, t, dwell))
             continue;
         const double df = std::max(0.0, std::abs(it->freq - f) - halfbin);
-        mw += dbToMw(fieldToInputDbm(it->field, it->freq) + rbwResponseDb(df, rbw));
+        mw += dbToMw(fieldToInputDbm(it->field, it->freq, scene) + rbwResponseDb(df, rbw));
     }
     return mw;
 }
@@ -74,9 +74,10 @@ Levels measure(const SimSettings &s, const SimScene &scene, double t, std::mt199
     for (int i = 1; i <= kPoints; ++i) {
         const double f = zero ? s.centerfreq : pointFreq(s, i);
         const double ti = zero ? t + (i - 1) * kZeroSpanStep : t + (i - 1) * dwell;
-        const double hump = scene.dutOn ? broadbandMw(f, s.bandwith) : 0.0;
+        const double hump = scene.dutOn ? broadbandMw(f, s.bandwith, scene) : 0.0;
+        const double preamp = scene.preamp ? preampNoiseMw(f, s.bandwith) : 0.0;
         const double mw = carriersMw(scene, f, halfbin, s.bandwith, ti, dwell) +
-                          (noise + hump) * noiseDraw(rng, s.videofilter != 0);
+                          (noise + preamp + hump) * noiseDraw(rng, s.videofilter != 0);
         out[i - 1] = 10.0 * std::log10(std::max(mw, 1e-30));
     }
     return out;

@@ -28,7 +28,8 @@ using Levels = std::vector<double>;  // kPoints levels in dBm
 
 // Frequency of point i (1-based) of a sweep: the first lies one step above the start.
 double pointFreq(const SimSettings &s, int i);
-// Displayed average noise level at the input, dBm, for the bandwidth and attenuator.
+// The analyser's own average noise level at its input, dBm, for the bandwidth and attenuator; a
+// preamplifier in the chain adds its noise ahead of it.
 double noiseFloorDbm(const SimSettings &s);
 // A level in dBm as the analyser's byte for the present scale.
 uint8_t levelToByte(double dbm, const SimSettings &s);
