@@ -10,7 +10,9 @@
 #include "support/chaindb.h"
 #include "support/simfixture.h"
 
+#include <QFile>
 #include <QtTest>
+#include <algorithm>
 
 using namespace kw;
 
@@ -215,6 +217,34 @@ private slots:
         QVERIFY(st.grafikmax > st.grafikmin);
         for (int i = 1; i <= 2001; ++i)
             QVERIFY(st.maxholddata[size_t(i)] >= st.averagedata[size_t(i)] - 25);
+    }
+
+    void deliveredConfigurationShowsTheEmissionsOverTheLine()
+    {
+        const QString delivered = qEnvironmentVariable("KW_DEFAULT_MDB");
+        if (delivered.isEmpty() || !QFile::exists(delivered))
+            QSKIP("no delivered database in this build");
+        SimBench bench(firmware(QStringLiteral("1.70")));
+        st.db = OpenDatabase(delivered);
+        QVERIFY(setupconfiguration(QStringLiteral("Radiated 3 m bilog, cable, preamplifier")));
+        QCOMPARE(st.configdist, 3.0f);
+        st.correctionon = 1;
+        connectunit();
+        // Class B at 3 m: 40 dBuV/m up to 230 MHz. The 4th clock harmonic is over it, the 5th is not.
+        const struct { float mhz; bool over; } cases[] = {{133.33f, true}, {166.67f, false}};
+        for (const auto &c : cases) {
+            st.centerfreq = c.mhz;
+            st.span = 1;
+            st.bandwith = 120;
+            setcenterfreq();
+            setspan();
+            setbandwith();
+            readtraces();
+            const int16_t peak = *std::max_element(st.sampledata.begin() + 1, st.sampledata.begin() + 2002);
+            const double field = peak / 2.5 + 107.0;  // dBmW-equivalent to dBuV/m
+            QVERIFY2((field > 40.0) == c.over, qPrintable(QString::number(field)));
+        }
+        QVERIFY(bench.boxes().shown.empty());
     }
 
     void correctionShiftsAFrozenTraceExactly()
