@@ -8,6 +8,7 @@
 #include "shell/uihooks.h"
 
 #include <array>
+#include <vector>
 
 namespace kw {
 
@@ -15,32 +16,87 @@ namespace {
 
 long long queries = 0;
 
-// One slot's table as the chain reads it. Every database error is passed over: a find that fails
-// counts as no match, a field that can't be read leaves the value the caller put in.
+// One slot's table as the chain reads it: the rows of its snapshot, taken when it is opened, in
+// the snapshot's order. A snapshot is a copy made at opening, so finding in the copy is finding
+// in the snapshot, compared as the engine compares a 32-bit float column (at that precision),
+// without the engine's per-find parsing that would cost more than the rest of a trace. A slot whose
+// recordset has been closed in the meantime (the shared rs, by another routine) answers nothing.
 struct SlotTable : CorrTable {
+    struct Row {
+        float frequency;
+        float level;
+        bool hasFrequency;
+        bool hasLevel;
+    };
     int slot = 0;
+    std::vector<Row> rows;
+
     Recordset &recordset() const { return slot == 0 ? st.rs : st.slotrs[size_t(slot)]; }
 
-    bool find(const QString &criterion, CorrRow &row, bool last)
+    void load()
     {
-        ++queries;
+        rows.clear();
         Recordset &rs = recordset();
         ResumeNext onError;
-        bool found = false;
         onError([&] {
-            if (last)
-                rs.FindLast(criterion);
-            else
-                rs.FindFirst(criterion);
-            found = !rs.NoMatch();
+            if (rs.Bof() && rs.Eof())
+                return;
+            rs.MoveFirst();
+            while (!rs.Eof()) {
+                Row row{0.0f, 0.0f, false, false};
+                const QVariant f = rs.Field(QStringLiteral("frequency"));
+                const QVariant level = rs.Field(QStringLiteral("level_dbmw"));
+                row.hasFrequency = !f.isNull();
+                row.hasLevel = !level.isNull();
+                row.frequency = float(f.toDouble());
+                row.level = float(level.toDouble());
+                rows.push_back(row);
+                rs.MoveNext();
+            }
+            rs.MoveFirst();
         });
-        if (onError.number != 0)
+    }
+
+    // The criteria correctionat writes: "frequency <op> <number>", op one of = < >.
+    bool find(const QString &criterion, CorrRow &out, bool last)
+    {
+        ++queries;
+        bool open = false;
+        ResumeNext onError;
+        onError([&] { open = recordset().isOpen(); });
+        if (!open)
             return false;
-        if (found) {
-            onError([&] { row.frequency = float(rs.FieldNumber(QStringLiteral("frequency"))); });
-            onError([&] { row.level = float(rs.FieldNumber(QStringLiteral("level_dbmw"))); });
+        qsizetype at = 0;
+        while (at < criterion.size() && criterion[at] != QLatin1Char('=') && criterion[at] != QLatin1Char('<') &&
+               criterion[at] != QLatin1Char('>'))
+            ++at;
+        if (at == criterion.size())
+            return false;
+        const QChar op = criterion[at];
+        const float value = float(vbVal(criterion.mid(at + 1)));
+        auto matches = [&](const Row &r) {
+            if (!r.hasFrequency)
+                return false;
+            return op == QLatin1Char('=') ? r.frequency == value
+                   : op == QLatin1Char('<') ? r.frequency < value
+                                            : r.frequency > value;
+        };
+        const Row *hit = nullptr;
+        if (last) {
+            for (auto it = rows.rbegin(); it != rows.rend() && !hit; ++it)
+                if (matches(*it))
+                    hit = &*it;
+        } else {
+            for (auto it = rows.begin(); it != rows.end() && !hit; ++it)
+                if (matches(*it))
+                    hit = &*it;
         }
-        return found;
+        if (!hit)
+            return false;
+        out.frequency = hit->frequency;
+        if (hit->hasLevel)  // an empty cell can't be assigned: the target keeps its value
+            out.level = hit->level;
+        return true;
     }
     bool findLast(const QString &criterion, CorrRow &row) override { return find(criterion, row, true); }
     bool findFirst(const QString &criterion, CorrRow &row) override { return find(criterion, row, false); }
@@ -72,6 +128,7 @@ void opencorrectiontables()
                             QStringLiteral(" order by frequency");
         Recordset &target = slot == 0 ? st.rs : st.slotrs[slot];
         onError([&] { target = st.db.OpenRecordset(sql, dbOpenSnapshot); });
+        slotTables()[slot].load();
         setcorrectiontable(int(slot), &slotTables()[slot]);
     }
 }

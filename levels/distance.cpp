@@ -10,7 +10,8 @@ float distanceterm(float configdist, float lmaxdist, bool correctionon)
 {
     if (!(configdist > 0) || configdist == lmaxdist || !(lmaxdist > 0) || !correctionon)
         return 0.0f;
-    return float(20.0 * log10floor(double(lmaxdist) / double(configdist)));
+    const float ratio = lmaxdist / configdist;  // a quotient of two singles is a single
+    return float(20.0 * log10floor(double(ratio)));
 }
 
 float distancecorrection()

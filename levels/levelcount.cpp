@@ -28,9 +28,11 @@ int16_t cint16(double v)
 int16_t rawtocount(int raw, int dbperdiv, float attenuator, float reflevel)
 {
     const int16_t a = sub16(raw, kRawTop);
-    // dbperdiv / 10 is a double, the attenuator and reference a single-precision sum.
+    // A byte over an integer divides in single precision, and so does the product with the raw
+    // difference; the single sum of attenuator and reference times 2.5 is a double.
+    const float scaled = float(dbperdiv) / 10.0f * float(a);
     const float top = attenuator + reflevel;
-    const double level = (dbperdiv / 10.0) * a + double(top) * 2.5;
+    const double level = double(scaled) + double(top) * 2.5;
     return cint16(std::trunc(level));
 }
 

@@ -13,4 +13,9 @@ float shownreflevel();
 // The stored reflevel for what the operator typed in the present unit.
 float reflevelfromtyped(float typed);
 
+// Looks the unit up in table unit and takes its name and offset when a row is found: by
+// "unitname = '...'" when the operator picks one, by "unitname like '...'" on a repaint. Without a
+// row the pair stays, or with fallback (repaint, loading a test) becomes "dBmW" and 0.
+bool chooseunit(const QString &name, bool like, bool fallback);
+
 }  // namespace kw

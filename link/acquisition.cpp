@@ -1,8 +1,8 @@
 #include "link/acquisition.h"
 
 #include "levels/correctiontables.h"
-#include "link/acquisitionglue.h"
 #include "link/blockread.h"
+#include "link/commands.h"
 #include "link/connection.h"
 #include "link/storetrace.h"
 #include "link/transport.h"
@@ -20,11 +20,32 @@ namespace {
 const QChar kCr(13);
 
 // The checksum is only compared on a retry, and no block ever reaches a retry: the counter starts
-// at 0 and the first pass stores whatever the sum says. The analyser's users have always had it so.
-QString checksummessage(uint32_t received, uint32_t sum)
+// at 0 and the first pass takes whatever the sum says. The analyser's users have always had it so.
+enum class BlockCheck { Take, Again, Failed };
+
+BlockCheck checkblock(int &retry, uint32_t received, uint32_t sum)
 {
-    return QStringLiteral(" Sample read checksum error       KT:") + QString::number(received) +
-           QStringLiteral("    WIN:") + QString::number(sum);
+    if (retry == 0 || received == sum)
+        return BlockCheck::Take;
+    st.serialerrortext = QStringLiteral(" Sample read checksum error       KT:") + QString::number(received) +
+                         QStringLiteral("    WIN:") + QString::number(sum);
+    if (retry >= 2) {
+        serialfault();
+        return BlockCheck::Failed;
+    }
+    ++retry;
+    return BlockCheck::Again;
+}
+
+// The "RD" that confirms a step after its block.
+bool waitforrd()
+{
+    readreply();
+    if (st.reply == QLatin1String("RD"))
+        return true;
+    st.serialerrortext = QStringLiteral("Wait for RD");
+    serialfault();
+    return false;
 }
 
 void prepareblockcommand()
@@ -47,7 +68,7 @@ void beginread()
 void readsampleblock()
 {
     // The conversion is to use the reference and attenuator that hold at this moment.
-    queryreflevelplain();
+    queryreflevel();
     queryattenuator();
     doEvents();
     int retry = 0;
@@ -65,16 +86,11 @@ void readsampleblock()
         if (!receiveblock(sum, received, nullptr))
             return;
         // The last byte of the block is left in the buffer; the next command throws it away.
-        if (retry == 0 || received == sum) {
+        const BlockCheck check = checkblock(retry, received, sum);
+        if (check == BlockCheck::Take)
             storetrace();
+        if (check != BlockCheck::Again)
             return;
-        }
-        st.serialerrortext = checksummessage(received, sum);
-        if (retry >= 2) {
-            serialfault();
-            return;
-        }
-        ++retry;
     }
 }
 
@@ -99,14 +115,8 @@ void readblockwithrd()
         uint32_t received = 0;
         if (!receiveblock(sum, received, nullptr))
             return;
-        if (retry == 0 || received == sum)
-            return;
-        st.serialerrortext = checksummessage(received, sum);
-        if (retry >= 2) {
-            serialfault();
-            return;
-        }
-        ++retry;
+        if (checkblock(retry, received, sum) != BlockCheck::Again)
+            return;  // rawblock is left as received
     }
 }
 
@@ -126,31 +136,16 @@ void readstepblock()
         if (!receiveblock(sum, received, &trailer))
             return;
         readbyte();  // the block's last byte
-        if (retry == 0 || received == sum)
+        const BlockCheck check = checkblock(retry, received, sum);
+        if (check == BlockCheck::Take)
             break;
-        st.serialerrortext = checksummessage(received, sum);
-        if (retry >= 2) {
-            serialfault();
+        if (check == BlockCheck::Failed)
             return;
-        }
-        ++retry;
-        if (st.baudrate >= 19200) {
-            readreply();
-            if (st.reply != QLatin1String("RD")) {
-                st.serialerrortext = QStringLiteral("Wait for RD");
-                serialfault();
-                return;
-            }
-        }
-    }
-    if (firmwareNumber() > 1.46f || st.baudrate > 19200) {
-        readreply();
-        if (st.reply != QLatin1String("RD")) {
-            st.serialerrortext = QStringLiteral("Wait for RD");
-            serialfault();
+        if (st.baudrate >= 19200 && !waitforrd())
             return;
-        }
     }
+    if ((firmwareNumber() > 1.46f || st.baudrate > 19200) && !waitforrd())
+        return;
     if (firmwareNumber() > 1.04f)
         st.centerfreq = float(vbVal(trailer.mid(17, 8)));
 }

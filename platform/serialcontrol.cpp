@@ -98,8 +98,9 @@ int SerialControl::inBufferCount()
 {
     if (!port_->isOpen())
         return 0;
-    if (port_->bytesAvailable() == 0)
-        port_->waitForReadyRead(0);
+    // What the line has delivered counts, not only what an earlier look took in: a wait for
+    // several bytes must see them arrive while some are already buffered.
+    port_->waitForReadyRead(0);
     return static_cast<int>(port_->bytesAvailable());
 }
 
@@ -142,7 +143,7 @@ void SerialControl::output(const QByteArray &bytes)
 
 void SerialControl::waitForInput(int sliceMs)
 {
-    if (!port_->isOpen() || port_->bytesAvailable() > 0)
+    if (!port_->isOpen())
         return;
     port_->waitForReadyRead(sliceMs);
 }

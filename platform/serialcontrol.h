@@ -35,7 +35,7 @@ public:
     QByteArray input();
     void output(const QByteArray &bytes);
 
-    // Blocks until a byte may have arrived or the slice is over.
+    // Blocks until a further byte may have arrived or the slice is over.
     void waitForInput(int sliceMs);
 
     // Every byte that passes, when the debug category is on.

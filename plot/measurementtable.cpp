@@ -7,33 +7,46 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <tuple>
 
 namespace kw {
 
 namespace {
 
-// What tells one state of a file from the next: its size, its time of change to the nanosecond,
-// and the change counter that SQLite keeps in the file's header and raises at every commit.
+// What tells one state of a file from the next: size and time of change to the nanosecond of the
+// file and of its write-ahead log (where commits go first), and the change counter that SQLite
+// keeps in the file's header.
 struct Stamp {
     QString path;
     qint64 size = -1;
     qint64 changedNs = 0;
+    qint64 logSize = -1;
+    qint64 logChangedNs = 0;
     QByteArray counter;
     bool operator==(const Stamp &) const = default;
 };
 
-std::optional<Stamp> stampOf(const QString &path)
+// Size and time of change of a file; -1 and 0 when there is none.
+std::pair<qint64, qint64> sizeAndTime(const QString &path)
 {
     std::error_code error;
-    const std::filesystem::path file = std::filesystem::path(path.toStdString());
+    const std::filesystem::path file(path.toStdString());
     const auto changed = std::filesystem::last_write_time(file, error);
     if (error)
-        return std::nullopt;
-    const QFileInfo info(path);
+        return {-1, 0};
+    const auto size = std::filesystem::file_size(file, error);
+    return {error ? -1 : qint64(size),
+            qint64(std::chrono::duration_cast<std::chrono::nanoseconds>(changed.time_since_epoch()).count())};
+}
+
+std::optional<Stamp> stampOf(const QString &path)
+{
     Stamp s;
-    s.path = info.canonicalFilePath();
-    s.size = info.size();
-    s.changedNs = qint64(std::chrono::duration_cast<std::chrono::nanoseconds>(changed.time_since_epoch()).count());
+    std::tie(s.size, s.changedNs) = sizeAndTime(path);
+    if (s.size < 0)
+        return std::nullopt;
+    std::tie(s.logSize, s.logChangedNs) = sizeAndTime(path + QStringLiteral("-wal"));
+    s.path = QFileInfo(path).canonicalFilePath();
     QFile f(path);
     if (f.open(QIODevice::ReadOnly))
         s.counter = f.read(100).mid(24, 4);

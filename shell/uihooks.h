@@ -14,9 +14,9 @@ struct UiHooks {
     std::function<void()> closeBoxcom;
     std::function<void()> showTransmission;      // the debug form Tr
     std::function<void()> refreshForms;          // repaint measur, track, detec from the record
-    std::function<void()> configurationChanged;  // configname and the distance labels of grafik
     // Before setting.def is written: the forms put their placement (twips) into st.formpos.
     std::function<void()> storeFormPositions;
+    std::function<void()> configurationChanged;  // configname and the distance labels of grafik
 };
 
 UiHooks &uiHooks();

@@ -1,5 +1,9 @@
 #include "sim/analyser.h"
 
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+
 namespace kt {
 
 namespace {
@@ -11,6 +15,41 @@ QByteArray line(const QString &text) { return text.toLatin1() + kCr; }
 Analyser::Analyser(const Options &options)
     : options_(options), baud_(options.baud), settings_(!options.model.contains(QLatin1String("3400")))
 {
+    signal_.scene().dutOn = options.dutOn;
+    signal_.scene().preamp = options.preamp;
+}
+
+// Seconds on the analyser's own clock: pulses and sweeps follow it.
+double Analyser::now() const
+{
+    using namespace std::chrono;
+    static const steady_clock::time_point start = steady_clock::now();
+    return duration<double>(steady_clock::now() - start).count();
+}
+
+QByteArray Analyser::sampleBlock()
+{
+    BlockFaults faults;
+    faults.wrongChecksum = options_.faults.wrongChecksum;
+    faults.cutShortAt = options_.faults.blockCutAt;
+    return buildSampleBlock(settings(), signal_, now(), faults);
+}
+
+// Up to firmware 1.04 a step is confirmed with "RD" and the block is then asked for; later firmware
+// sends the block of the step unasked, its trailer naming the frequency, and from 1.10 "#ss2" moves
+// on by the step of the bandwidth by itself. After 1.46, or above 19200 baud, "RD" follows the block.
+QByteArray Analyser::step(const QString &command)
+{
+    const double firmware = options_.firmware.toDouble();
+    if (firmware <= 1.04)
+        return QByteArray("RD\r");
+    QByteArray out = sampleBlock();
+    Settings &s = settings();
+    if (command == QLatin1String("#ss2") && firmware > 1.09)
+        s.centerfreq = std::min(1050.0, std::round((s.centerfreq + stepSizeMHz(s.bandwith)) * 1000.0) / 1000.0);
+    if (firmware > 1.46 || baud_ > 19200)
+        out += "RD\r";
+    return out;
 }
 
 QByteArray Analyser::receive(char byte)
@@ -69,7 +108,22 @@ QByteArray Analyser::answer(const QString &command)
         remote_ = command.mid(3).toDouble() != 0;
         return line(QStringLiteral("RD"));
     }
-    return settings_.handle(command).value_or(QByteArray());
+    if (command == QLatin1String("#bm1"))
+        return sampleBlock();
+    if (command == QLatin1String("#ss1") || command == QLatin1String("#ss2"))
+        return step(command);
+    const QByteArray reply = settings_.handle(command).value_or(QByteArray());
+    // "#dm1" starts average and max hold again; "#sa" copies trace A into memory B.
+    const Settings &s = settings();
+    if (s.calcStarts != calcStartsSeen_) {
+        calcStartsSeen_ = s.calcStarts;
+        signal_.restartCalc(now());
+    }
+    if (s.savedToB != savedToBSeen_) {
+        savedToBSeen_ = s.savedToB;
+        signal_.saveMemoryB(s, now());
+    }
+    return reply;
 }
 
 }  // namespace kt

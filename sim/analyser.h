@@ -3,7 +3,9 @@
 // the pty server feeds it the bytes that arrive at its line speed and sends what it answers.
 // Nothing here does input or output, so the model can be driven directly as well.
 
+#include "sim/sampleblock.h"
 #include "sim/settings.h"
+#include "sim/signal.h"
 
 #include <QByteArray>
 #include <QString>
@@ -21,6 +23,8 @@ struct Faults {
     int silentAfter = -1;        // answers only so many more commands, then falls silent
     bool unknownModel = false;   // "#KT" answers a model nobody knows
     bool vnZero = false;         // "#VN" answers 0
+    bool wrongChecksum = false;  // sample blocks carry a checksum one off
+    int blockCutAt = -1;         // sample blocks stop after so many bytes
 };
 
 struct Options {
@@ -29,6 +33,8 @@ struct Options {
     int baud = 19200;             // the speed the analyser starts at
     int warmup = 0;               // what "#cr" reports: 0 means warmed up
     bool pacing = false;          // bytes take their line time (10 bits each)
+    bool dutOn = true;            // the device under test radiates; the room's FM is there either way
+    bool preamp = true;           // the chain holds the delivered preamplifier
     Faults faults;
 };
 
@@ -47,9 +53,14 @@ public:
     void clearLog() { log_.clear(); }
     bool remote() const { return remote_; }
     Settings &settings() { return settings_.settings(); }
+    // The bench the analyser looks at; tests switch the device off through signal().scene().
+    SimSignal &signal() { return signal_; }
 
 private:
     QByteArray answer(const QString &command);
+    QByteArray sampleBlock();
+    QByteArray step(const QString &command);
+    double now() const;
 
     Options options_;
     int baud_;
@@ -57,6 +68,9 @@ private:
     SettingsModel settings_;
     QByteArray line_;
     QStringList log_;
+    SimSignal signal_;
+    int calcStartsSeen_ = 0;
+    int savedToBSeen_ = 0;
 };
 
 }  // namespace kt

@@ -28,6 +28,10 @@ const Table kBilog = {{30, 18.0},  {40, 13.0},  {50, 10.0},  {60, 8.0},   {80, 7
                       {700, 20.0}, {800, 21.0}, {900, 22.5}, {1000, 24.0}};
 // 10 m of RG-58.
 const Table kCable = {{10, 0.46}, {30, 0.81}, {100, 1.61}, {300, 3.09}, {1000, 7.05}};
+// A 25 dB class EMC preamplifier.
+const Table kPreamp = {{0.009, 20.0}, {0.05, 24.0}, {0.1, 25.5}, {1, 26.0},  {10, 26.0},  {30, 26.0},
+                       {100, 25.9},   {300, 25.6},  {500, 25.3}, {700, 25.0}, {1000, 24.5}};
+constexpr double kPreampNoiseFigure = 7.0;
 
 std::vector<Emission> makeBench()
 {
@@ -68,11 +72,18 @@ const std::vector<Emission> &benchEmissions()
 
 double antennaFactor(double mhz) { return interpolate(kBilog, mhz); }
 double cableLoss(double mhz) { return interpolate(kCable, mhz); }
+double preampGain(double mhz) { return interpolate(kPreamp, mhz); }
 
-double fieldToInputDbm(double fieldDbuvm, double mhz)
+double fieldToInputDbm(double fieldDbuvm, double mhz, const SimScene &scene)
 {
     // dBuV/m - AF = dBuV at the antenna port; the cable takes its share; 107 dB from dBuV to dBm.
-    return fieldDbuvm - antennaFactor(mhz) - cableLoss(mhz) - 107.0;
+    return fieldDbuvm - antennaFactor(mhz) - cableLoss(mhz) - 107.0 + (scene.preamp ? preampGain(mhz) : 0.0);
+}
+
+double preampNoiseMw(double mhz, int rbwKHz)
+{
+    const double dbm = -174.0 + 10.0 * std::log10(std::max(rbwKHz, 1) * 1000.0) + kPreampNoiseFigure + preampGain(mhz);
+    return std::pow(10.0, dbm / 10.0);
 }
 
 bool pulseOn(const Emission &e, double t, double dwell)
@@ -85,14 +96,14 @@ bool pulseOn(const Emission &e, double t, double dwell)
     return into < e.width || into + dwell >= e.period;
 }
 
-double broadbandMw(double mhz, int rbwKHz)
+double broadbandMw(double mhz, int rbwKHz, const SimScene &scene)
 {
     // A switching regulator's hump around 60 MHz, 32 dBuV/m at its top in 120 kHz, noise-like.
     const double x = (mhz - 60.0) / 15.0;
     const double field = 32.0 - 4.34 * x * x + 10.0 * std::log10(std::max(rbwKHz, 1) / 120.0);
     if (field < -40.0)
         return 0.0;
-    return std::pow(10.0, fieldToInputDbm(field, mhz) / 10.0);
+    return std::pow(10.0, fieldToInputDbm(field, mhz, scene) / 10.0);
 }
 
 double rbwResponseDb(double dfMHz, int rbwKHz)

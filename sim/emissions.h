@@ -1,6 +1,7 @@
 #pragma once
 // The bench the simulated analyser looks at: a device under test radiating at 3 m into a bilog
-// antenna and 10 m of RG-58, in a room with broadcast FM around it. Levels here are what reaches the
+// antenna, 10 m of RG-58 and a 25 dB preamplifier (the delivered 3 m configuration), in a room with
+// broadcast FM around it. Levels here are what reaches the
 // analyser's input, in dBm; the analyser's own noise and scaling live in signal.h.
 
 #include <random>
@@ -11,6 +12,7 @@ namespace kt {
 struct SimScene {
     bool dutOn = true;      // the operator switches the device off for an ambient sweep
     bool ambientOn = true;  // broadcast FM in the room
+    bool preamp = true;     // the preamplifier sits in the chain
 };
 
 enum class EmissionKind { Clock, Pulsed, Ambient };
@@ -27,17 +29,20 @@ struct Emission {
 // All emitters of the bench, ordered by frequency.
 const std::vector<Emission> &benchEmissions();
 
-// Antenna factor (dB/m) and cable loss (dB) of the delivered measuring chain at f MHz.
+// Antenna factor (dB/m), cable loss and preamplifier gain (dB) of the delivered chain at f MHz.
 double antennaFactor(double mhz);
 double cableLoss(double mhz);
+double preampGain(double mhz);
 // Field strength at the antenna to power at the analyser input.
-double fieldToInputDbm(double fieldDbuvm, double mhz);
+double fieldToInputDbm(double fieldDbuvm, double mhz, const SimScene &scene);
+// The preamplifier's own noise at the analyser input, mW, in the resolution bandwidth.
+double preampNoiseMw(double mhz, int rbwKHz);
 
 // Whether a pulsed emitter is on at time t (seconds), or at any moment of [t, t + dwell].
 bool pulseOn(const Emission &e, double t, double dwell = 0);
 
 // The device's broadband hump as noise-like power at the input, mW, at f MHz in the given RBW.
-double broadbandMw(double mhz, int rbwKHz);
+double broadbandMw(double mhz, int rbwKHz, const SimScene &scene);
 
 // Response of the resolution filter (Gaussian, 3 dB at +-RBW/2) to a carrier df MHz away, in dB (<= 0).
 double rbwResponseDb(double dfMHz, int rbwKHz);

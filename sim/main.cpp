@@ -34,7 +34,13 @@ int main(int argc, char **argv)
     const QCommandLineOption noReply(QStringLiteral("no-reply"), QStringLiteral("fault: echo but never answer"));
     const QCommandLineOption unknownModel(QStringLiteral("unknown-model"), QStringLiteral("fault: answer \"#KT\" with an unknown model"));
     const QCommandLineOption vnZero(QStringLiteral("vn-zero"), QStringLiteral("fault: answer \"#VN\" with 0"));
-    parser.addOptions({model, firmware, baud, link, log, pace, warmup, noEcho, wrongEcho, noReply, unknownModel, vnZero});
+    const QCommandLineOption dutOff(QStringLiteral("dut-off"), QStringLiteral("the device under test is off: only the room's broadcast FM"));
+    const QCommandLineOption noPreamp(QStringLiteral("no-preamp"), QStringLiteral("no preamplifier in the chain: antenna and cable only"));
+    const QCommandLineOption badChecksum(QStringLiteral("bad-checksum"), QStringLiteral("fault: sample blocks carry a wrong checksum"));
+    const QCommandLineOption cutBlock(QStringLiteral("cut-block"), QStringLiteral("fault: sample blocks stop after n bytes"), QStringLiteral("n"));
+    const QCommandLineOption noise(QStringLiteral("noise"), QStringLiteral("fault: stray bytes after every answer"));
+    parser.addOptions({model, firmware, baud, link, log, pace, warmup, noEcho, wrongEcho, noReply, unknownModel, vnZero,
+                       dutOff, noPreamp, badChecksum, cutBlock, noise});
     parser.process(app);
 
     kt::Options options;
@@ -48,6 +54,12 @@ int main(int argc, char **argv)
     options.faults.noReply = parser.isSet(noReply);
     options.faults.unknownModel = parser.isSet(unknownModel);
     options.faults.vnZero = parser.isSet(vnZero);
+    options.dutOn = !parser.isSet(dutOff);
+    options.preamp = !parser.isSet(noPreamp);
+    options.faults.wrongChecksum = parser.isSet(badChecksum);
+    options.faults.blockCutAt = parser.isSet(cutBlock) ? parser.value(cutBlock).toInt() : -1;
+    if (parser.isSet(noise))
+        options.faults.noise = QByteArray("\x01\x7f~", 3);
 
     kt::PtyServer server(options);
     if (!server.start()) {

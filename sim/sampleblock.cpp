@@ -17,7 +17,7 @@ QByteArray blockTrailer(const SimSettings &s)
     const double cf = s.centerfreq < 0 ? 0.0 : s.centerfreq;
     QString text = QStringLiteral("KT3400 BLOCK  CF:");  // 17 characters before the frequency
     text += QString::asprintf("%08.3f", cf).left(8);
-    text += QStringLiteral(" SP%1 BW%2 DB%3").arg(s.span, 0, 'f', 0).arg(s.bandwith).arg(s.dbperdiv);
+    text += QStringLiteral(" SP%1 BW%2 DB%3").arg(s.span).arg(s.bandwith).arg(s.dbperdiv);
     return text.leftJustified(kTrailerSize, QLatin1Char(' '), true).toLatin1();
 }
 

@@ -25,7 +25,7 @@ uint32_t levelChecksum(const QByteArray &levels);
 QByteArray blockTrailer(const SimSettings &s);
 // A block around kPoints level bytes.
 QByteArray sampleBlock(const QByteArray &levels, const SimSettings &s, const BlockFaults &faults = {});
-// The block of the trace that s.vmtrace selects, as the analyser sends it on "#bm1" at time t.
+// The block of the trace that s.shown selects, as the analyser sends it on "#bm1" at time t.
 QByteArray buildSampleBlock(const SimSettings &s, SimSignal &signal, double t, const BlockFaults &faults = {});
 
 // The centre frequency step of "#ss2" for a resolution bandwidth in kHz, in MHz.

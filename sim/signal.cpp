@@ -38,14 +38,17 @@ double carriersMw(const SimScene &scene, double f, double halfbin, int rbw, doub
         if (!pulseOn(*it, t, dwell))
             continue;
         const double df = std::max(0.0, std::abs(it->freq - f) - halfbin);
-        mw += dbToMw(fieldToInputDbm(it->field, it->freq) + rbwResponseDb(df, rbw));
+        mw += dbToMw(fieldToInputDbm(it->field, it->freq, scene) + rbwResponseDb(df, rbw));
     }
     return mw;
 }
 
 }  // namespace
 
-double pointFreq(const SimSettings &s, int i) { return s.centerfreq - s.span / 2.0 + s.span / kPoints * i; }
+double pointFreq(const SimSettings &s, int i)
+{
+    return s.centerfreq - s.span / 2.0 + double(s.span) / kPoints * i;
+}
 
 double noiseFloorDbm(const SimSettings &s)
 {
@@ -66,14 +69,15 @@ Levels measure(const SimSettings &s, const SimScene &scene, double t, std::mt199
     Levels out(kPoints);
     const double noise = dbToMw(noiseFloorDbm(s));
     const bool zero = s.span <= 0;
-    const double halfbin = zero ? 0.0 : s.span / kPoints / 2.0;
+    const double halfbin = zero ? 0.0 : double(s.span) / kPoints / 2.0;
     const double dwell = zero ? 0.0 : kSweepSeconds / kPoints;
     for (int i = 1; i <= kPoints; ++i) {
         const double f = zero ? s.centerfreq : pointFreq(s, i);
         const double ti = zero ? t + (i - 1) * kZeroSpanStep : t + (i - 1) * dwell;
-        const double hump = scene.dutOn ? broadbandMw(f, s.bandwith) : 0.0;
+        const double hump = scene.dutOn ? broadbandMw(f, s.bandwith, scene) : 0.0;
+        const double preamp = scene.preamp ? preampNoiseMw(f, s.bandwith) : 0.0;
         const double mw = carriersMw(scene, f, halfbin, s.bandwith, ti, dwell) +
-                          (noise + hump) * noiseDraw(rng, s.videofilter);
+                          (noise + preamp + hump) * noiseDraw(rng, s.videofilter != 0);
         out[i - 1] = 10.0 * std::log10(std::max(mw, 1e-30));
     }
     return out;
@@ -133,7 +137,7 @@ QByteArray SimSignal::traceBytes(const SimSettings &s, double t)
     accumulate(s, t);
     Levels levels;
     QByteArray out(kPoints, '\0');
-    switch (s.vmtrace) {
+    switch (s.shown) {
     case 1:
         levels = memoryb_;
         break;

@@ -6,6 +6,7 @@
 // division and 5 at 5 dB, clipped to 0..255.
 
 #include "sim/emissions.h"
+#include "sim/settings.h"
 
 #include <QByteArray>
 #include <array>
@@ -19,24 +20,16 @@ constexpr int kPoints = 2001;
 constexpr double kSweepSeconds = 0.1;     // one sweep of the analyser
 constexpr double kZeroSpanStep = 0.0005;  // seconds between time samples in zero span
 
-// What the analyser is set to: the values of the wire commands.
-struct SimSettings {
-    double centerfreq = 500.0;  // MHz
-    double span = 1000.0;       // MHz, 0 = zero span
-    double reflevel = -30.0;    // dBm, without the attenuator
-    double attenuator = 10.0;   // dB
-    int bandwith = 400;         // kHz
-    int dbperdiv = 10;          // 5 or 10
-    bool videofilter = false;
-    int vmtrace = 0;            // 0 Sample, 1 Memory B, 2 A-B, 3 Average, 4 Max hold
-    bool calc = false;          // average and max hold running ("#dm1")
-};
+// The block is built from what the analyser is set to (sim/settings.h); the trace it holds is the
+// one "#vm" selected (Settings::shown).
+using SimSettings = Settings;
 
 using Levels = std::vector<double>;  // kPoints levels in dBm
 
 // Frequency of point i (1-based) of a sweep: the first lies one step above the start.
 double pointFreq(const SimSettings &s, int i);
-// Displayed average noise level at the input, dBm, for the bandwidth and attenuator.
+// The analyser's own average noise level at its input, dBm, for the bandwidth and attenuator; a
+// preamplifier in the chain adds its noise ahead of it.
 double noiseFloorDbm(const SimSettings &s);
 // A level in dBm as the analyser's byte for the present scale.
 uint8_t levelToByte(double dbm, const SimSettings &s);
@@ -55,7 +48,7 @@ public:
     // "#sa": the present Sample trace becomes Memory B.
     void saveMemoryB(const SimSettings &s, double t);
 
-    // The kPoints level bytes of the trace that s.vmtrace selects, as at time t (seconds, rising).
+    // The kPoints level bytes of the trace that s.shown selects, as at time t (seconds, rising).
     QByteArray traceBytes(const SimSettings &s, double t);
 
     int sweepsAccumulated() const { return sweeps_; }
@@ -73,7 +66,8 @@ private:
     double nextSweep_ = 0;
     bool restarted_ = true;
     // The frequency axis the accumulated traces belong to; another axis starts them again.
-    double axisCentre_ = -1, axisSpan_ = -1;
+    double axisCentre_ = -1;
+    int axisSpan_ = -1;
     int axisBandwith_ = -1;
 };
 

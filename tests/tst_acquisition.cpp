@@ -1,123 +1,269 @@
 // Trace acquisition against the simulator over a real pseudo-terminal.
 
+#include "levels/correction.h"
+#include "levels/correctiontables.h"
 #include "link/acquisition.h"
+#include "link/commands.h"
 #include "link/connection.h"
 #include "link/transport.h"
 #include "shell/state.h"
-#include "sim/sampleblock.h"
+#include "support/chaindb.h"
 #include "support/simfixture.h"
 
+#include <QFile>
 #include <QtTest>
+#include <algorithm>
 
 using namespace kw;
 
 namespace {
-kt::Options firmware(const QString &version)
+kt::Options firmware(const QString &version, int baud = 19200)
 {
     kt::Options o;
     o.firmware = version;
+    o.baud = baud;
     return o;
 }
 
-// A recognisable ramp of level bytes.
-QByteArray ramp()
+// The analyser in zero span at a frequency, as the stepped run leaves it.
+void zeroSpanAt(SimBench &bench, double mhz, int bandwith)
 {
-    QByteArray levels(kt::kPoints, '\0');
-    for (int i = 0; i < kt::kPoints; ++i)
-        levels[i] = char((i * 7) % 256);
-    return levels;
+    bench.sim().withModel([=](kt::Analyser &a) {
+        a.settings().span = 0;
+        a.settings().centerfreq = mhz;
+        a.settings().bandwith = bandwith;
+    });
 }
 
-QByteArray stepBlock(double centre, const kt::BlockFaults &faults = {})
+double analyserCentre(SimBench &bench)
 {
-    kt::SimSettings s;
-    s.centerfreq = centre;
-    s.span = 0;
-    return kt::sampleBlock(ramp(), s, faults);
+    double centre = 0;
+    bench.sim().withModel([&](kt::Analyser &a) { centre = a.settings().centerfreq; });
+    return centre;
 }
 
-void sendStep()
+QString firstBox(SimBench &bench)
 {
-    st.command = QStringLiteral("#ss2");
-    sendecho();
+    return bench.boxes().shown.empty() ? QString() : bench.boxes().shown[0].text;
+}
+
+bool anyNonZero(const Trace &t)
+{
+    for (int i = 1; i <= 2001; ++i)
+        if (t[size_t(i)] != 0)
+            return true;
+    return false;
 }
 }  // namespace
 
 class TestAcquisition : public QObject {
     Q_OBJECT
+    QTemporaryDir dir_;
+    int files_ = 0;
+    QString freshFile() { return dir_.filePath(QStringLiteral("chain%1.mdb").arg(++files_)); }
+
 private slots:
-    void selfSentBlockWithTrailerAndRd()
+    void init()
     {
-        SimBench bench(firmware(QStringLiteral("1.70")));
-        connectunit();
-        sendStep();
-        bench.sim().inject(stepBlock(123.45) + "RD\r");
-        readstep();
-        QVERIFY(bench.boxes().shown.empty());
-        QCOMPARE(st.filemode, uint8_t(1));
-        QCOMPARE(st.vmtrace, uint8_t(0));
-        QCOMPARE(int(st.rawblock[1]), 0);
-        QCOMPARE(int(st.rawblock[2]), 7);
-        QCOMPARE(int(st.rawblock[2001]), (2000 * 7) % 256);  // left unconverted
-        QCOMPARE(st.centerfreq, 123.45f);
-        QCOMPARE(st.serialerror, uint8_t(0));
+        for (int slot = 0; slot < 5; ++slot)
+            setcorrectiontable(slot, nullptr);
+    }
+    void cleanup()
+    {
+        if (st.db.isSet())
+            st.db.Close();
     }
 
-    void oldFirmwareAtLineSpeedSendsNoRd()
+    void steppedPathsByFirmware_data()
     {
-        SimBench bench(firmware(QStringLiteral("1.46")));
+        QTest::addColumn<QString>("firmware");
+        QTest::addColumn<int>("baud");
+        QTest::addColumn<QString>("step");
+        QTest::addColumn<bool>("trailerTaken");
+        QTest::addColumn<double>("movedTo");
+        QTest::newRow("1.04: RD, then asked with #bm1") << "1.04" << 19200 << "#ss1" << false << 123.45;
+        QTest::newRow("1.05: block with trailer, no RD") << "1.05" << 19200 << "#ss1" << true << 123.45;
+        QTest::newRow("1.09: #ss2 does not move") << "1.09" << 19200 << "#ss2" << true << 123.45;
+        QTest::newRow("1.10: #ss2 moves by 0.12") << "1.10" << 19200 << "#ss2" << true << 123.57;
+        QTest::newRow("1.46 at 38400: RD after") << "1.46" << 38400 << "#ss2" << true << 123.57;
+        QTest::newRow("1.47: RD after") << "1.47" << 19200 << "#ss2" << true << 123.57;
+    }
+    void steppedPathsByFirmware()
+    {
+        QFETCH(QString, firmware);
+        QFETCH(int, baud);
+        QFETCH(QString, step);
+        QFETCH(bool, trailerTaken);
+        QFETCH(double, movedTo);
+        SimBench bench(::firmware(firmware, baud));
+        st.baudrate = baud;
         connectunit();
-        sendStep();
-        bench.sim().inject(stepBlock(88.0));
-        readstep();
-        QVERIFY(bench.boxes().shown.empty());
-        QCOMPARE(st.centerfreq, 88.0f);
         QCOMPARE(st.portopen, int16_t(1));
+        zeroSpanAt(bench, 123.45, 120);
+        st.centerfreq = 77.0f;
+        bench.clearLog();
+        st.command = step;
+        sendecho();
+        readstep();
+        QVERIFY2(bench.boxes().shown.empty(), qPrintable(firstBox(bench)));
+        QCOMPARE(st.filemode, uint8_t(1));
+        QCOMPARE(st.centerfreq, trailerTaken ? 123.45f : 77.0f);
+        QVERIFY(qAbs(analyserCentre(bench) - movedTo) < 1e-9);
+        // Raw bytes stay in rawblock; the trailer's text follows them.
+        QCOMPARE(QChar(st.rawblock[2002 + 17]), QLatin1Char('0'));
+        QCOMPARE(QChar(st.rawblock[2002 + 18]), QLatin1Char('1'));
+        // Nothing of the step is left on the line: the next setting is confirmed at once.
+        setes1();
+        QCOMPARE(st.serialerror, uint8_t(0));
+        QCOMPARE(bench.log().first(), step);
+        QCOMPARE(bench.log().contains(QStringLiteral("#bm1")), firmware == QLatin1String("1.04"));
     }
 
     void missingRdAfterTheBlock()
     {
         SimBench bench(firmware(QStringLiteral("1.50")));
         connectunit();
+        zeroSpanAt(bench, 300.0, 400);
+        // The analyser falls silent; the block arrives, and something else where "RD" belongs.
+        bench.sim().withModel([](kt::Analyser &a) { a.options().faults.noReply = true; });
+        kt::Settings s;
+        s.span = 0;
+        s.centerfreq = 300.0;
+        kt::SimSignal signal;
         const float before = st.centerfreq;
-        sendStep();
-        bench.sim().inject(stepBlock(300.0) + "XX\r");
+        stepnew();
+        bench.sim().inject(kt::buildSampleBlock(s, signal, 0) + "XX\r");
         readstep();
         QCOMPARE(bench.boxes().shown.size(), size_t(1));
         QCOMPARE(bench.boxes().shown[0].text, QStringLiteral("Wait for RD"));
-        QCOMPARE(int(st.rawblock[2]), 7);  // the block is there
-        QCOMPARE(st.centerfreq, before);   // the centre frequency is not taken
+        QCOMPARE(st.centerfreq, before);  // not taken
     }
 
-    void wrongChecksumIsTakenInSilence()
+    void blockCutShort_data()
     {
-        SimBench bench(firmware(QStringLiteral("1.70")));
-        connectunit();
-        kt::BlockFaults bad;
-        bad.wrongChecksum = true;
-        sendStep();
-        bench.sim().inject(stepBlock(400.0, bad) + "RD\r");
-        readstep();
-        QVERIFY(bench.boxes().shown.empty());
-        QCOMPARE(st.centerfreq, 400.0f);
+        QTest::addColumn<bool>("stepped");
+        QTest::addColumn<QString>("box");
+        QTest::newRow("live") << false << " Sample read error (#bm1)";
+        QTest::newRow("stepped") << true << "Read Data";
     }
-
     void blockCutShort()
     {
+        QFETCH(bool, stepped);
+        QFETCH(QString, box);
         SimBench bench(firmware(QStringLiteral("1.70")));
         connectunit();
+        bench.sim().withModel([](kt::Analyser &a) { a.options().faults.blockCutAt = 1500; });
+        st.sampledata.fill(-5);
         st.rawblock.fill(-1);
-        kt::BlockFaults cut;
-        cut.cutShortAt = 1500;
-        sendStep();
-        bench.sim().inject(stepBlock(400.0, cut));
-        readstep();
+        if (stepped) {
+            zeroSpanAt(bench, 200.0, 400);
+            stepnew();
+            readstep();
+        } else {
+            readtraces();
+        }
         QCOMPARE(bench.boxes().shown.size(), size_t(1));
-        QCOMPARE(bench.boxes().shown[0].text, QStringLiteral("Read Data"));
+        QCOMPARE(bench.boxes().shown[0].text, box);
         QCOMPARE(st.portopen, int16_t(0));
-        QCOMPARE(int(st.rawblock[1500]), (1499 * 7) % 256);
-        QCOMPARE(int(st.rawblock[1501]), -1);
-        QCOMPARE(st.centerfreq, 500.0f);
+        QCOMPARE(int(st.sampledata[1]), -5);  // the trace keeps its old data
+        QCOMPARE(int(st.rawblock[1600]), -1);  // rawblock is new up to the cut
+        QVERIFY(st.rawblock[1500] >= 0);
+        QCOMPARE(st.busycursor, uint8_t(0));
+    }
+
+    void wrongChecksumIsStoredWithoutAWord()
+    {
+        SimBench bench(firmware(QStringLiteral("1.70")));
+        connectunit();
+        bench.sim().withModel([](kt::Analyser &a) {
+            a.options().faults.wrongChecksum = true;
+            a.options().faults.noise = QByteArray("\x01\xfe junk", 7);  // and stray bytes after every reply
+        });
+        readtraces();
+        QVERIFY(bench.boxes().shown.empty());
+        QVERIFY(anyNonZero(st.sampledata));
+        QCOMPARE(st.portopen, int16_t(1));
+        QCOMPARE(bench.log().count(QStringLiteral("#bm1")), 1);  // no second asking
+    }
+
+    void allFiveTracesWithCorrection()
+    {
+        SimBench bench(firmware(QStringLiteral("1.70")));
+        // An antenna at 3 m, 10 m of cable, against a limit defined at 10 m.
+        makeChainDatabase(freshFile(), QStringLiteral("Bench"),
+                          {{1, 0, 3.0f, {{30, 18}, {100, 9.5f}, {1000, 24}}}, {2, 1, 0.0f, {{10, 0.46f}, {1000, 7.05f}}}});
+        QVERIFY(setupconfiguration(QStringLiteral("Bench")));
+        st.correctionon = 1;
+        st.lmaxdist = 10.0f;
+        connectunit();
+        st.calc = 1;
+        setcalcon();
+        savetob();
+        st.viewsample = st.viewaverage = st.viewmaxhold = st.viewb = st.viewab = 1;
+        bench.clearLog();
+        readtraces();
+        QVERIFY2(bench.boxes().shown.empty(), qPrintable(firstBox(bench)));
+        const QStringList log = bench.log();
+        QStringList reads;
+        for (const QString &c : log)
+            if (c.startsWith(QLatin1String("#vm")) || c == QLatin1String("#bm1"))
+                reads << c;
+        QCOMPARE(reads.mid(0, 11), (QStringList{"#vm0", "#bm1", "#vm3", "#bm1", "#vm4", "#bm1", "#vm1", "#bm1", "#vm2",
+                                                "#bm1", "#vm0"}));
+        QCOMPARE(log.mid(1, 2), (QStringList{"#rl", "#at"}));  // the block is converted with fresh values
+        for (Trace *t : {&st.sampledata, &st.averagedata, &st.maxholddata, &st.memorydata})
+            QVERIFY(anyNonZero(*t));
+        QVERIFY(st.sampledate > 0 && st.averagedate > 0 && st.maxholddate > 0 && st.memorydate > 0);
+        QVERIFY(st.grafikmax > st.grafikmin);
+        for (int i = 1; i <= 2001; ++i)
+            QVERIFY(st.maxholddata[size_t(i)] >= st.averagedata[size_t(i)] - 25);
+    }
+
+    void deliveredConfigurationShowsTheEmissionsOverTheLine()
+    {
+        const QString delivered = qEnvironmentVariable("KW_DEFAULT_MDB");
+        if (delivered.isEmpty() || !QFile::exists(delivered))
+            QSKIP("no delivered database in this build");
+        SimBench bench(firmware(QStringLiteral("1.70")));
+        st.db = OpenDatabase(delivered);
+        QVERIFY(setupconfiguration(QStringLiteral("Radiated 3 m bilog, cable, preamplifier")));
+        QCOMPARE(st.configdist, 3.0f);
+        st.correctionon = 1;
+        connectunit();
+        // Class B at 3 m: 40 dBuV/m up to 230 MHz. The 4th clock harmonic is over it, the 5th is not.
+        const struct { float mhz; bool over; } cases[] = {{133.33f, true}, {166.67f, false}};
+        for (const auto &c : cases) {
+            st.centerfreq = c.mhz;
+            st.span = 1;
+            st.bandwith = 120;
+            setcenterfreq();
+            setspan();
+            setbandwith();
+            readtraces();
+            const int16_t peak = *std::max_element(st.sampledata.begin() + 1, st.sampledata.begin() + 2002);
+            const double field = peak / 2.5 + 107.0;  // dBmW-equivalent to dBuV/m
+            QVERIFY2((field > 40.0) == c.over, qPrintable(QString::number(field)));
+        }
+        QVERIFY(bench.boxes().shown.empty());
+    }
+
+    void correctionShiftsAFrozenTraceExactly()
+    {
+        // Memory B holds still between reads, so two reads differ by the correction alone.
+        SimBench bench(firmware(QStringLiteral("1.70")));
+        makeChainDatabase(freshFile(), QStringLiteral("Flat"),
+                          {{5, 1, 0.0f, {{0, 20}, {1100, 20}}}});
+        QVERIFY(setupconfiguration(QStringLiteral("Flat")));
+        connectunit();
+        savetob();
+        st.viewsample = 0;
+        st.viewb = 1;
+        readtraces();
+        const Trace plain = st.memorydata;
+        st.correctionon = 1;
+        readtraces();
+        for (int i = 1; i <= 2001; ++i)
+            QCOMPARE(st.memorydata[size_t(i)], int16_t(plain[size_t(i)] + 50));
     }
 };
 

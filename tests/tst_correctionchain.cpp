@@ -1,8 +1,9 @@
-// The correction chain over a real database file: configurations by name, the slot tables and
-// what the segment cache saves.
+// The correction chain over a database file: configurations by name, the slot tables, the
+// segment cache and what it saves.
 
 #include "levels/correction.h"
 #include "levels/correctiontables.h"
+#include "levels/units.h"
 #include "shell/state.h"
 #include "support/chaindb.h"
 
@@ -17,19 +18,6 @@ float at(float f)
     correctionat(f);
     return st.correction;
 }
-
-// Straight from the rows, for comparison: linear between the enclosing rows, 0 outside.
-float direct(const std::vector<std::pair<float, float>> &rows, float f)
-{
-    for (size_t k = rows.size(); k-- > 0;)
-        if (rows[k].first == f)
-            return rows[k].second;
-    for (size_t k = 1; k < rows.size(); ++k)
-        if (rows[k - 1].first < f && f < rows[k].first)
-            return rows[k - 1].second +
-                   (rows[k].second - rows[k - 1].second) * ((f - rows[k - 1].first) / (rows[k].first - rows[k - 1].first));
-    return 0.0f;
-}
 }  // namespace
 
 class TestCorrectionChain : public QObject {
@@ -37,19 +25,19 @@ class TestCorrectionChain : public QObject {
     QTemporaryDir dir_;
     int files_ = 0;
 
-    void bench(const std::vector<ChainComponent> &components)
+    // A configuration of the given components, correction on, tables open, segments reset.
+    void chain(const std::vector<ChainComponent> &components)
     {
         makeChainDatabase(dir_.filePath(QStringLiteral("chain%1.mdb").arg(++files_)), QStringLiteral("My Bench"),
                           components);
+        setupconfiguration(QStringLiteral("My Bench"));
+        st.correctionon = 1;
+        opencorrectiontables();
+        resetcorrectionsegments();
     }
 
 private slots:
-    void init()
-    {
-        resetState();
-        for (int slot = 0; slot < 5; ++slot)
-            setcorrectiontable(slot, nullptr);
-    }
+    void init() { resetState(); }
     void cleanup()
     {
         if (st.db.isSet())
@@ -58,63 +46,103 @@ private slots:
 
     void configurationByName()
     {
-        bench({{11, 0, 3.0f, {{30, 18}, {1000, 24}}}, {12, 1, 0.0f, {{10, 0.5f}}}, {13, 2, 0.0f, {{0, -25}}}});
+        chain({{11, 0, 3.0f, {{30, 18}}}, {12, 1, 0.0f, {{10, 0.5f}}}, {13, 2, 0.0f, {{0, -25}}}});
         QVERIFY(setupconfiguration(QStringLiteral("my BENCH  ")));
         QCOMPARE(st.configname, QStringLiteral("My Bench"));
         QCOMPARE(st.devicenr, (std::array<int32_t, 5>{11, 12, 13, 0, 0}));
         QCOMPARE(st.configdist, 3.0f);
-
         QVERIFY(!setupconfiguration(QStringLiteral("Other")));
         QCOMPARE(st.configname, QStringLiteral("Not set"));
         QCOMPARE(st.configdist, 0.0f);
-
         // Data on show from a stepped measurement keep the name and distance they came with.
         setupconfiguration(QStringLiteral("My Bench"));
         st.filemode = 1;
         QVERIFY(!setupconfiguration(QStringLiteral("Other")));
         QCOMPARE(st.configname, QStringLiteral("My Bench"));
         QCOMPARE(st.configdist, 3.0f);
+        // Only an antenna gives a distance.
+        QCOMPARE(configurationdistance(12), 0.0f);
     }
 
-    void distanceOnlyFromAnAntennaInSlotA()
+    void nothingToCorrect()
     {
-        bench({{21, 1, 3.0f, {{30, 1}}}, {22, 0, 10.0f, {{30, 1}}}});
-        setupconfiguration(QStringLiteral("My Bench"));
-        QCOMPARE(st.configdist, 0.0f);  // a loss component in slot a has no distance
-        QCOMPARE(configurationdistance(22), 10.0f);
-        QCOMPARE(configurationdistance(99), 0.0f);
+        chain({{1, 1, 0.0f, {{100, 5}, {200, 7}}}});
+        const long long before = correctionqueries();
+        st.vmtrace = 2;
+        QCOMPARE(at(150), 0.0f);  // A-B carries the chain in both terms
+        st.vmtrace = 0;
+        QCOMPARE(at(-0.001f), 0.0f);
+        st.correctionon = 0;
+        QCOMPARE(at(150), 0.0f);
+        st.correctionon = 1;
+        st.devicenr[0] = 0;
+        QCOMPARE(at(150), 0.0f);
+        QCOMPARE(correctionqueries(), before);
     }
 
-    void fiveSlotsOnAnAscendingTrace()
+    void tableEdges_data()
+    {
+        QTest::addColumn<float>("f");
+        QTest::addColumn<float>("db");
+        QTest::newRow("0 MHz is looked up") << 0.0f << 0.0f;
+        QTest::newRow("below the first row") << 10.0f << 0.0f;
+        QTest::newRow("on the first row") << 30.0f << 14.5f;
+        QTest::newRow("between rows") << 32.5f << 13.5f;
+        QTest::newRow("on the last row") << 300.0f << 19.5f;
+        QTest::newRow("above the last row") << 301.0f << 0.0f;
+        QTest::newRow("step: below") << 99.9f << 11.0f;
+        QTest::newRow("step: on it, the later row") << 100.0f << 20.0f;
+        QTest::newRow("step: above") << 100.1f << 20.0f;
+    }
+    void tableEdges()
+    {
+        QFETCH(float, f);
+        QFETCH(float, db);
+        // The cable in slot b counts whatever the antenna gives.
+        chain({{5, 0, 3.0f, {{30, 14.5f}, {35, 12.5f}, {40, 11.0f}, {100, 11.0f}, {100, 20.0f}, {300, 19.5f}}},
+               {7, 1, 0.0f, {{0, 1.0f}, {1000, 1.0f}}}});
+        QVERIFY(qAbs(at(f) - (db + 1.0f)) < 1e-3f);
+    }
+
+    void singleRowAndBackwardCalls()
+    {
+        chain({{9, 1, 0.0f, {{100, 3}}}, {8, 1, 0.0f, {{100, 0}, {200, 10}}}});
+        QCOMPARE(at(99.9f), 0.0f);
+        QCOMPARE(at(100), 3.0f + 0.0f);
+        QCOMPARE(at(150), 5.0f);  // only the second table has a segment here
+        // Backward without the reset: extrapolation along the cached segment, no new search.
+        const long long before = correctionqueries();
+        QCOMPARE(at(50), -5.0f + 0.0f);
+        QVERIFY(correctionqueries() - before <= 3);  // the single-row table searches; the other does not
+    }
+
+    void fiveSlotsQueryOnlyOnRowCrossings()
     {
         std::vector<ChainComponent> parts;
         for (int k = 0; k < 5; ++k)
             parts.push_back({31 + k, k == 0 ? 0 : 1, 3.0f, evenRows(101, 0.0f, 1000.0f, float(k), 0.1f * float(k + 1))});
-        bench(parts);
-        setupconfiguration(QStringLiteral("My Bench"));
-        st.correctionon = 1;
-        opencorrectiontables();
-        resetcorrectionsegments();
+        chain(parts);
         const long long before = correctionqueries();
         for (int i = 1; i <= 2001; ++i) {
             const float f = float(1000.0 / 2001 * i);
+            // Every slot rises linearly from k dB at 0 MHz by 0.1 (k + 1) dB every 10 MHz.
             float expected = 0;
-            for (const auto &p : parts)
-                expected += direct(p.rows, f);
-            QVERIFY2(qAbs(at(f) - expected) < 1e-3f, qPrintable(QString::number(double(f))));
+            for (int k = 0; k < 5; ++k)
+                expected += float(k) + 0.01f * float(k + 1) * f;
+            QVERIFY2(qAbs(at(f) - expected) < 2e-3f, qPrintable(QString::number(double(f))));
         }
-        // Rows every 10 MHz: each slot runs three finds for each of the 100 segments it enters and one
-        // for the last point, which falls on its last row.
+        // Rows every 10 MHz: three finds for each of the 100 segments a slot enters, and one for the
+        // last point, which falls on the last row.
         QCOMPARE(correctionqueries() - before, 5 * (3 * 100 + 1));
+        // Without the reset a second pass would extrapolate; with it the search starts again.
+        resetcorrectionsegments();
+        at(0.5f);
+        QCOMPARE(correctionqueries() - before, 5 * (3 * 100 + 1) + 5 * 3);
     }
 
     void aClosedTableLeavesItsShareOut()
     {
-        bench({{41, 0, 3.0f, {{0, 10}, {1000, 10}}}, {42, 1, 0.0f, {{0, 2}, {1000, 2}}}});
-        setupconfiguration(QStringLiteral("My Bench"));
-        st.correctionon = 1;
-        opencorrectiontables();
-        resetcorrectionsegments();
+        chain({{41, 0, 3.0f, {{0, 10}, {1000, 10}}}, {42, 1, 0.0f, {{0, 2}, {1000, 2}}}});
         QCOMPARE(at(100), 12.0f);
         // The shared rs closed by someone else during a yield: slot a falls silent.
         st.rs.Close();
@@ -122,11 +150,26 @@ private slots:
         QCOMPARE(at(200), 2.0f);
         // No database at all: nothing opens, nothing is added, nothing is thrown.
         st.db.Close();
-        st.rs = Recordset();
-        st.slotrs[1] = Recordset();
         opencorrectiontables();
         resetcorrectionsegments();
         QCOMPARE(at(300), 0.0f);
+    }
+
+    void unitsByName()
+    {
+        chain({});
+        st.db.AppendTable({QStringLiteral("unit"),
+                           {{QStringLiteral("unitname"), FieldType::Text, 20}, {QStringLiteral("unitoffset"), FieldType::Single}}});
+        st.db.Execute(QStringLiteral("insert into unit values ('dBmW', 0), ('dBuV', 107), ('dBuA', 73)"));
+        QVERIFY(chooseunit(QStringLiteral("DBUV "), false, false));  // trimmed, case does not count
+        QCOMPARE(st.unit, QStringLiteral("dBuV"));
+        QCOMPARE(st.unitoffset, 107.0f);
+        QVERIFY(!chooseunit(QStringLiteral("dBpW"), false, false));  // not there: the pair stays
+        QCOMPARE(st.unit, QStringLiteral("dBuV"));
+        // A quote breaks its own criterion; on a repaint the unit falls back.
+        QVERIFY(!chooseunit(QStringLiteral("it's"), true, true));
+        QCOMPARE(st.unit, QStringLiteral("dBmW"));
+        QCOMPARE(st.unitoffset, 0.0f);
     }
 };
 

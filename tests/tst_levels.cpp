@@ -15,31 +15,12 @@ class TestLevels : public QObject {
 private slots:
     void init() { resetState(); }
 
-    void logarithms_data()
+    void logarithmsHaveAFloor()
     {
-        QTest::addColumn<double>("x");
-        QTest::addColumn<double>("log");
-        QTest::newRow("zero is floored") << 0.0 << -10.0;
-        QTest::newRow("negative is floored") << -5.0 << -10.0;
-        QTest::newRow("below the floor") << 1e-12 << -10.0;
-        QTest::newRow("the floor itself") << 1e-10 << -10.0;
-        QTest::newRow("just above") << 2e-10 << std::log10(2e-10);
-        QTest::newRow("one") << 1.0 << 0.0;
-        QTest::newRow("ten over three") << 10.0 / 3.0 << 0.5228787452803376;
-    }
-    void logarithms()
-    {
-        QFETCH(double, x);
-        QFETCH(double, log);
-        QVERIFY(qAbs(log10floor(x) - log) < 1e-12);
-        QVERIFY(qAbs(db20(x) - 20 * log) < 1e-10);
-    }
-
-    void powersInvertTheDecibels()
-    {
+        QCOMPARE(log10floor(0.0), -10.0);
+        QCOMPARE(log10floor(1e-10), -10.0);  // the floor itself passes unchanged
+        QVERIFY(qAbs(log10floor(2e-10) - std::log10(2e-10)) < 1e-12);
         QCOMPARE(db20(0.0), -200.0);
-        QCOMPARE(pow10(2.0), 100.0);
-        QVERIFY(qAbs(undb20(20.0) - 10.0) < 1e-12);
         QVERIFY(qAbs(undb20(db20(0.25)) - 0.25) < 1e-12);
     }
 
@@ -90,20 +71,14 @@ private slots:
         QCOMPARE(int(addcorrection(int16_t(count), db)), result);
     }
 
-    void steppedDataInWholeDb()
+    void steppedDataAndPointFrequencies()
     {
         QCOMPARE(noisegate(49, 50), 0);
         QCOMPARE(noisegate(50, 50), 50);
         QCOMPARE(int(countstowholedb(-113)), -45);
-        QCOMPARE(int(countstowholedb(-125)), -50);
-        QCOMPARE(int(countstowholedb(4)), 2);
-    }
-
-    void pointFrequenciesStartOneStepUp()
-    {
+        // Point 1 lies one step above the start, point 2001 on the stop.
         QVERIFY(qAbs(tracepointfreq(0.0f, 1000.0f, 2001, 1) - 1000.0f / 2001) < 1e-5f);
         QCOMPARE(tracepointfreq(0.0f, 1000.0f, 2001, 2001), 1000.0f);
-        QCOMPARE(tracepointfreq(100.0f, 100.0f, 2001, 700), 100.0f);
     }
 
     void distanceLaw_data()
