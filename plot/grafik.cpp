@@ -1,5 +1,7 @@
 #include "plot/grafik.h"
 
+#include "platform/twips.h"
+#include "plot/grid.h"
 #include "shell/mdi.h"
 #include "shell/state.h"
 #include "shell/uihooks.h"
@@ -16,7 +18,6 @@ namespace kw {
 
 namespace {
 
-constexpr int kTwipsPerPixel = 15;
 constexpr int kMinWidthTwips = 6000;
 constexpr int kMinHeightTwips = 4500;
 constexpr int kDefaultSizeTwips = 7200;
@@ -33,8 +34,8 @@ QLabel *label(QWidget *parent, const char *name, const QString &text, const QCol
 
 QRect twips(int left, int top, int width, int height)
 {
-    return QRect(left / kTwipsPerPixel, top / kTwipsPerPixel, std::max(1, width / kTwipsPerPixel),
-                 std::max(1, height / kTwipsPerPixel));
+    return QRect(twipsToPixelsX(left), twipsToPixelsY(top), std::max(1, twipsToPixelsX(width)),
+                 std::max(1, twipsToPixelsY(height)));
 }
 
 }  // namespace
@@ -61,7 +62,7 @@ Grafik::Grafik(QWidget *parent) : QWidget(parent)
 {
     setObjectName(QStringLiteral("grafik"));
     setWindowTitle(QStringLiteral("Measurement Display"));
-    setMinimumSize(kMinWidthTwips / kTwipsPerPixel, kMinHeightTwips / kTwipsPerPixel);
+    setMinimumSize(twipsToPixelsX(kMinWidthTwips), twipsToPixelsY(kMinHeightTwips));
 
     pic1_ = new PictureBox(QStringLiteral("Picture1"), this);
     pic2_ = new PictureBox(QStringLiteral("Picture2"), this);
@@ -126,6 +127,14 @@ Grafik::Grafik(QWidget *parent) : QWidget(parent)
     });
 
     uiHooks().uncalVisible = [this](bool visible) { label11_->setVisible(visible); };
+    // A new configuration changes the distance caption at once; whoever listened before still
+    // hears of it.
+    previousConfigurationHook_ = uiHooks().configurationChanged;
+    uiHooks().configurationChanged = [this] {
+        if (previousConfigurationHook_)
+            previousConfigurationHook_();
+        DistanceCaption();
+    };
     applyLayout(false);
     // The load leaves the scales to the first resize; a pass may come before it, so set them.
     setHorizontalScales(*this);
@@ -137,6 +146,7 @@ Grafik::~Grafik()
     if (plotForm() == this)
         setPlotForm(nullptr);
     uiHooks().uncalVisible = nullptr;
+    uiHooks().configurationChanged = previousConfigurationHook_;
 }
 
 PictureBox *Grafik::pictureBox(int number) const
@@ -146,8 +156,8 @@ PictureBox *Grafik::pictureBox(int number) const
 
 void Grafik::applyLayout(bool withScales)
 {
-    const int w = std::max(width() * kTwipsPerPixel, kMinWidthTwips);
-    const int h = std::max(height() * kTwipsPerPixel, kMinHeightTwips);
+    const int w = std::max(pixelsToTwipsX(width()), kMinWidthTwips);
+    const int h = std::max(pixelsToTwipsY(height()), kMinHeightTwips);
     pic2_->setGeometry(twips(0, 0, 600, h - 400));
     pic3_->setGeometry(twips(600, h - 800, w - 700, 400));
     pic4_->setGeometry(twips(w - 1200, 0, 1100, h - 800));
@@ -225,12 +235,28 @@ Grafik *showGrafik(Mdi &window)
     const auto &pos = st.formpos;
     const int w = pos[4] > 0 ? pos[4] : kDefaultSizeTwips;
     const int h = pos[5] > 0 ? pos[5] : kDefaultSizeTwips;
-    sub->setGeometry(pos[2] / kTwipsPerPixel, pos[3] / kTwipsPerPixel, w / kTwipsPerPixel, h / kTwipsPerPixel);
+    sub->setGeometry(twipsToPixelsX(pos[2]), twipsToPixelsY(pos[3]), twipsToPixelsX(w), twipsToPixelsY(h));
     if (pos[1] == 1)
         sub->showMinimized();
     else if (pos[1] == 2)
         sub->showMaximized();
     return form;
+}
+
+void storeGrafikPlacement(Mdi &window)
+{
+    auto *form = window.child(QStringLiteral("grafik"));
+    QWidget *sub = form ? form->parentWidget() : nullptr;
+    if (!sub)
+        return;
+    auto &pos = st.formpos;
+    pos[1] = int16_t(sub->isMinimized() ? 1 : sub->isMaximized() ? 2 : 0);
+    const QRect g = sub->isMinimized() || sub->isMaximized() ? sub->normalGeometry() : sub->geometry();
+    auto clamp16 = [](int v) { return int16_t(std::clamp(v, -32768, 32767)); };
+    pos[2] = clamp16(pixelsToTwipsX(g.left()));
+    pos[3] = clamp16(pixelsToTwipsY(g.top()));
+    pos[4] = clamp16(pixelsToTwipsX(g.width()));
+    pos[5] = clamp16(pixelsToTwipsY(g.height()));
 }
 
 }  // namespace kw

@@ -5,6 +5,7 @@
 #include "plot/plotform.h"
 
 #include <QWidget>
+#include <functional>
 
 class QCheckBox;
 class QLabel;
@@ -68,9 +69,12 @@ private:
     QLabel *label5_ = nullptr;
     QLabel *label6_ = nullptr;
     QLabel *label11_ = nullptr;
+    std::function<void()> previousConfigurationHook_;
 };
 
 // Shows grafik in the frame at its saved place; the form already loaded is brought forward.
 Grafik *showGrafik(Mdi &window);
+// Puts grafik's placement into formpos (2..5 in twips, 1 the window state) for setting.def.
+void storeGrafikPlacement(Mdi &window);
 
 }  // namespace kw

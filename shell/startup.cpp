@@ -38,6 +38,8 @@ void loadMain(Mdi &window)
     openApplicationDatabase();
 
     showGrafik(window);
+    // Before setting.def is written each form puts its placement into formpos.
+    uiHooks().storeFormPositions = [&window] { storeGrafikPlacement(window); };
 
     // The forms of the mode: emc in EMC mode, measur, track and detec in normal mode, in that
     // order. They join here as they are written.

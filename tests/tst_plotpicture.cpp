@@ -5,10 +5,17 @@
 #include "plot/drawplot.h"
 #include "plot/grafik.h"
 #include "plot/plotsources.h"
+#include "platform/twips.h"
+#include "shell/mdi.h"
+#include "shell/startup.h"
+#include "shell/uihooks.h"
+#include "support/simfixture.h"
 #include "shell/state.h"
 
 #include <QDir>
 #include <QImage>
+#include <QLabel>
+#include <QMdiSubWindow>
 #include <QtTest>
 
 using namespace kw;
@@ -124,6 +131,35 @@ private slots:
         QCOMPARE(st.redrawflag, uint8_t(0));
         QCOMPARE(form.pictureBox(1)->grab().toImage().pixelColor(10, 10),
                  erased.pixelColor(10, 10));
+    }
+
+    void placementIsKeptInTwips()
+    {
+        SimBench bench;  // a program directory of its own: no setting.def, so the defaults
+        Mdi window;
+        loadMain(window);
+        QWidget *form = window.child(QStringLiteral("grafik"));
+        QVERIFY(form);
+        QWidget *frame = form->parentWidget();
+        QCOMPARE(frame->width(), twipsToPixelsX(7200));
+        frame->setGeometry(twipsToPixelsX(1500), twipsToPixelsY(300), twipsToPixelsX(9000), twipsToPixelsY(6000));
+        uiHooks().storeFormPositions();
+        QCOMPARE(int(st.formpos[1]), 0);
+        QVERIFY(std::abs(st.formpos[2] - 1500) <= 15);
+        QVERIFY(std::abs(st.formpos[4] - 9000) <= 15);
+        QVERIFY(std::abs(st.formpos[5] - 6000) <= 15);
+    }
+
+    void newConfigurationShowsItsDistance()
+    {
+        Grafik form;
+        auto *label5 = form.findChild<QLabel *>(QStringLiteral("Label5"));
+        QVERIFY(label5 && label5->isHidden());
+        st.correctionon = 1;
+        st.configdist = 10.0f;
+        uiHooks().configurationChanged();
+        QVERIFY(!label5->isHidden());
+        QVERIFY(label5->text().startsWith(QStringLiteral("Distance from DUT: ")));
     }
 };
 
