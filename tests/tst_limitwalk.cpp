@@ -161,19 +161,6 @@ private slots:
         QCOMPARE(int(plot.p1.lines.size()), 0);
     }
 
-    void emptyCellsKeepTheLastValue()
-    {
-        // A shorter limit in a file leaves empty cells, which sort first; reading them changes
-        // nothing, so the walk starts from nothing and meets the real rows later.
-        RecordingPlot plot;
-        plotRange(100.0f, 200.0f);
-        drawLimit(limitOf({{std::nullopt, std::nullopt}, {120.0f, -50.0f}, {180.0f, -50.0f}}));
-        const auto lines = plot.p1.linesOf(12);
-        QCOMPARE(int(lines.size()), 2);
-        QCOMPARE(lines[1].y1, -125.0);
-        QCOMPARE(lines[1].y2, -125.0);
-    }
-
     void widening_data()
     {
         QTest::addColumn<float>("level");

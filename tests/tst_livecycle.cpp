@@ -1,6 +1,7 @@
 // The live cycle and its tool bar: buttons and timers of the main window, continuous reading and
 // its refusal in trigger mode, erasing, and the deferred redraw.
 #include "live/cycle.h"
+#include "platform/dialogs.h"
 #include "plot/grafik.h"
 #include "shell/mdi.h"
 #include "shell/startup.h"
@@ -113,19 +114,6 @@ private slots:
         QVERIFY(bench.log().isEmpty());
     }
 
-    void clearingTheTickFromCodeEndsLiveReading()
-    {
-        SimBench bench;
-        Mdi window;
-        loadMain(window);
-        window.toolPanel()->ckauto()->click();
-        QCOMPARE(st.liveread, uint8_t(1));
-        st.ckauto = 0;
-        notifyToolbar();
-        QCOMPARE(st.liveread, uint8_t(0));
-        QVERIFY(!window.toolPanel()->ckauto()->isChecked());
-    }
-
     void timerServesTheRedrawRequest()
     {
         RecordingPlot plot;
@@ -139,6 +127,8 @@ private slots:
 
     void autostoreOnlyInTheLiveCycle()
     {
+        ScriptedDialogs boxes;  // the reads of the ticks find no analyser
+        setDialogs(&boxes);
         int stores = 0;
         liveHooks().autostore = [&stores] { ++stores; };
         st.autostoreon = 1;
@@ -152,22 +142,7 @@ private slots:
         timer1Tick();  // not yet due again
         QCOMPARE(stores, 1);
         liveHooks().autostore = nullptr;
-    }
-
-    void timer2RunsOneStageAndStops()
-    {
-        int stages = 0;
-        bool enabled = true;
-        liveHooks().emcStage = [&stages] { ++stages; };
-        auto keep = liveHooks().timer2Enabled;
-        liveHooks().timer2Enabled = [&enabled](bool on) { enabled = on; };
-        timer2Tick();
-        QCOMPARE(stages, 1);
-        QVERIFY(!enabled);
-        liveHooks().emcStage = nullptr;
-        liveHooks().timer2Enabled = keep;
-        timer3Tick();
-        QCOMPARE(st.tick20, uint8_t(1));
+        setDialogs(nullptr);
     }
 };
 
