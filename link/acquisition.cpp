@@ -57,12 +57,21 @@ void prepareblockcommand()
     st.command = QStringLiteral("#bm1") + kCr;
 }
 
-// Common start of the three read routines.
+// Common start of the three read routines, after the busy pointer shows.
 void beginread()
 {
-    st.pointcount = 2001;
     st.peaklevel = -1000;
     opencorrectiontables();
+}
+
+// The live and sweep reads: the traces come from the analyser now, unless an EMC run holds them.
+void beginlive()
+{
+    st.pointcount = 2001;
+    busypointer();
+    if (st.mode == 0)
+        st.filemode = 0;
+    beginread();
 }
 
 }  // namespace
@@ -157,11 +166,7 @@ void readtraces()
     if (!comm1().portOpen())
         return;
     st.serialerror = 0;
-    st.pointcount = 2001;
-    busypointer();
-    if (st.mode == 0)
-        st.filemode = 0;
-    beginread();
+    beginlive();
     // Each test is made when its turn comes: a click in a yield may have changed the view.
     for (int turn = 0; turn < 5; ++turn) {
         int vm = -1;
@@ -190,11 +195,7 @@ void readsweep()
 {
     if (!comm1().portOpen())
         return;
-    st.pointcount = 2001;
-    busypointer();
-    if (st.mode == 0)
-        st.filemode = 0;
-    beginread();
+    beginlive();
     readsampleblock();
 }
 
