@@ -9,11 +9,14 @@
 #include "platform/screen.h"
 #include "platform/serialcontrol.h"
 #include "platform/vbformat.h"
-#include "plot/drawplot.h"
 #include "shell/state.h"
 #include "shell/uihooks.h"
 
 namespace kw {
+
+// The plot's drawing pass. Referenced weakly: a build without the plot (the link's own tests) reads
+// and stores traces and draws nothing; nothing here pulls a stand-in over the real one.
+void DrawPlot() __attribute__((weak));
 
 namespace {
 
@@ -55,12 +58,21 @@ void prepareblockcommand()
     st.command = QStringLiteral("#bm1") + kCr;
 }
 
-// Common start of the three read routines.
+// Common start of the three read routines, after the busy pointer shows.
 void beginread()
 {
-    st.pointcount = 2001;
     st.peaklevel = -1000;
     opencorrectiontables();
+}
+
+// The live and sweep reads: the traces come from the analyser now, unless an EMC run holds them.
+void beginlive()
+{
+    st.pointcount = 2001;
+    busypointer();
+    if (st.mode == 0)
+        st.filemode = 0;
+    beginread();
 }
 
 }  // namespace
@@ -155,11 +167,7 @@ void readtraces()
     if (!comm1().portOpen())
         return;
     st.serialerror = 0;
-    st.pointcount = 2001;
-    busypointer();
-    if (st.mode == 0)
-        st.filemode = 0;
-    beginread();
+    beginlive();
     // Each test is made when its turn comes: a click in a yield may have changed the view.
     for (int turn = 0; turn < 5; ++turn) {
         int vm = -1;
@@ -179,7 +187,8 @@ void readtraces()
     if (st.mode == 0) {
         setreadmode();
         readallsettings();
-        DrawPlot();
+        if (DrawPlot)
+            DrawPlot();
     }
     normalpointer();
 }
@@ -188,11 +197,7 @@ void readsweep()
 {
     if (!comm1().portOpen())
         return;
-    st.pointcount = 2001;
-    busypointer();
-    if (st.mode == 0)
-        st.filemode = 0;
-    beginread();
+    beginlive();
     readsampleblock();
 }
 

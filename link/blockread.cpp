@@ -1,29 +1,10 @@
 #include "link/blockread.h"
 
 #include "link/transport.h"
-#include "platform/clock.h"
 #include "platform/serialcontrol.h"
 #include "shell/state.h"
 
 namespace kw {
-
-namespace {
-constexpr int kWaitSliceMs = 20;
-}
-
-bool waitforbytes(int count)
-{
-    SerialControl &comm = comm1();
-    st.waitstart = timerSeconds();
-    for (;;) {
-        if (comm.inBufferCount() >= count)
-            return true;
-        const float elapsed = timerSeconds() - st.waitstart;
-        if (elapsed > static_cast<float>(st.serialtimeout))
-            return false;
-        comm.waitForInput(kWaitSliceMs);
-    }
-}
 
 bool sendblockcommand()
 {

@@ -19,7 +19,4 @@ bool sendblockcommand();
 // checksum into received. False on a time-out, which has been told by serialfault.
 bool receiveblock(uint32_t &sum, uint32_t &received, QString *trailer);
 
-// Waits until at least count bytes stand in the receive buffer, with the serial time-out.
-bool waitforbytes(int count);
-
 }  // namespace kw

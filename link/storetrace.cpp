@@ -12,27 +12,15 @@
 
 namespace kw {
 
-Trace *traceforvm(int vmtrace)
+TraceSlot traceforvm(int vmtrace)
 {
     switch (vmtrace) {
-    case 0: return &st.sampledata;
+    case 0: return {&st.sampledata, &st.sampledate};
     case 1:
-    case 2: return &st.memorydata;
-    case 3: return &st.averagedata;
-    case 4: return &st.maxholddata;
-    default: return nullptr;
-    }
-}
-
-double *tracedateforvm(int vmtrace)
-{
-    switch (vmtrace) {
-    case 0: return &st.sampledate;
-    case 1:
-    case 2: return &st.memorydate;
-    case 3: return &st.averagedate;
-    case 4: return &st.maxholddate;
-    default: return nullptr;
+    case 2: return {&st.memorydata, &st.memorydate};  // Memory B and A-B share the memory trace
+    case 3: return {&st.averagedata, &st.averagedate};
+    case 4: return {&st.maxholddata, &st.maxholddate};
+    default: return {nullptr, nullptr};
     }
 }
 
@@ -44,6 +32,7 @@ void storetrace()
     // A click during the yield may have changed the record; what stands now is used.
     const float d = distancecorrection();
     const int points = std::clamp(int(st.pointcount), 0, kTraceSize - 1);
+    const TraceSlot target = traceforvm(st.vmtrace);
     try {
         for (int i = 1; i <= points; ++i) {
             int16_t level = rawtocount(st.rawblock[size_t(i)], st.dbperdiv, st.attenuator, st.reflevel);
@@ -54,11 +43,11 @@ void storetrace()
             level = addcorrection(level, c);
             st.rawblock[size_t(i)] = level;
             range.see(level);
-            if (Trace *trace = traceforvm(st.vmtrace))
-                (*trace)[size_t(i)] = level;
+            if (target.trace)
+                (*target.trace)[size_t(i)] = level;
         }
-        if (double *date = tracedateforvm(st.vmtrace))
-            *date = nowDate();
+        if (target.date)
+            *target.date = nowDate();
         finishrange(range);
     } catch (const VbError &) {
         // An overflow of the 16-bit level ends the routine where it stands, in silence; the points

@@ -6,9 +6,12 @@
 
 namespace kw {
 
-// The trace array and its date field for a vmtrace value; nullptr for a value that names none.
-Trace *traceforvm(int vmtrace);
-double *tracedateforvm(int vmtrace);
+// The trace array and its date field for a vmtrace value; both nullptr for a value naming none.
+struct TraceSlot {
+    Trace *trace;
+    double *date;
+};
+TraceSlot traceforvm(int vmtrace);
 
 void storetrace();
 

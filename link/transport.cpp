@@ -30,12 +30,14 @@ SerialControl &comm1()
 // The analyser answers within the time-out or not at all, so a wait is a look at the receive
 // buffer against the clock. The elapsed time is taken as the 32-bit float of seconds since
 // midnight minus waitstart, so a wait across midnight sees a negative time and runs on.
-bool waitforbyte()
+bool waitforbyte() { return waitforbytes(1); }
+
+bool waitforbytes(int count)
 {
     SerialControl &comm = comm1();
     st.waitstart = timerSeconds();
     for (;;) {
-        if (comm.inBufferCount() > 0)
+        if (comm.inBufferCount() >= count)
             return true;
         const float elapsed = timerSeconds() - st.waitstart;
         if (elapsed > static_cast<float>(st.serialtimeout))

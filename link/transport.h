@@ -24,5 +24,7 @@ void marklinkdown();
 // Waits for a received byte: true when one is there, false after more than serialtimeout seconds.
 // Blocks in the OS between looks at the clock; never runs the event loop.
 bool waitforbyte();
+// The same for at least count bytes (the close of a sample block).
+bool waitforbytes(int count);
 
 }  // namespace kw

@@ -53,10 +53,11 @@ private slots:
             st.rawblock[2001] = 0;
             storetrace();
             for (int other = 0; other <= 4; ++other) {
-                const bool mine = traceforvm(other) == traceforvm(vm);
-                QCOMPARE(int((*traceforvm(other))[1]), mine ? -50 : 0);
-                QCOMPARE(int((*traceforvm(other))[2001]), mine ? -277 : 0);
-                QCOMPARE(*tracedateforvm(other), mine ? 46000.5 : 0.0);
+                const TraceSlot slot = traceforvm(other);
+                const bool mine = slot.trace == traceforvm(vm).trace;
+                QCOMPARE(int((*slot.trace)[1]), mine ? -50 : 0);
+                QCOMPARE(int((*slot.trace)[2001]), mine ? -277 : 0);
+                QCOMPARE(*slot.date, mine ? 46000.5 : 0.0);
             }
             QCOMPARE(int(st.rawblock[2002]), 227);  // the trailer is not touched
             QCOMPARE(int(st.grafikmin), -287);
