@@ -12,6 +12,7 @@
 #include "support/simfixture.h"
 
 #include <QCheckBox>
+#include <QImage>
 #include <QPushButton>
 #include <QTimer>
 #include <QtTest>
@@ -82,7 +83,7 @@ private slots:
         QCOMPARE(st.liveread, uint8_t(1));
     }
 
-    void readConnectsReadsSettingsThenTheSampleBlock()
+    void readShowsTheSpectrumAsTheGreenSampleTrace()
     {
         SimBench bench;
         Mdi window;
@@ -94,6 +95,18 @@ private slots:
         QVERIFY(log.contains(QStringLiteral("#bm1")));
         QVERIFY(log.indexOf(QStringLiteral("#rl")) < log.indexOf(QStringLiteral("#bm1")));
         QVERIFY(window.menuEntry(QStringLiteral("mnusmeasurement"))->isEnabled());
+        QCOMPARE(bench.boxes().count(QStringLiteral("Serial - Error")), 0);
+        // The spectrum is on the plot as the green Sample trace.
+        QVERIFY(st.grafikmin < st.grafikmax);
+        auto *form = qobject_cast<Grafik *>(window.child(QStringLiteral("grafik")));
+        QVERIFY(form);
+        const QImage image = static_cast<ImageSurface &>(form->picture1()).image();
+        int green = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                green += image.pixelColor(x, y) == paletteColour(2) ? 1 : 0;
+        QVERIFY2(green > image.width() / 2, qPrintable(QString::number(green)));
+        QVERIFY(form->windowTitle().contains(QStringLiteral("Sam:")));
     }
 
     void serialFaultStopsAuto()
