@@ -85,6 +85,12 @@ void scanFileTraces(PlotForm &form)
 
 }  // namespace
 
+std::function<void()> &previewDrawing()
+{
+    static std::function<void()> drawing;
+    return drawing;
+}
+
 void DrawPlot()
 {
     if (st.drawbusy == 1)
@@ -109,7 +115,8 @@ void DrawPlot()
     } catch (const std::exception &) {
     }
     form->showPicture();
-    // The preview joins here when it is open.
+    if (st.previewopen && previewDrawing())
+        previewDrawing()();
 
     st.drawbusy = 0;
     normalpointer();

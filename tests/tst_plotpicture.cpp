@@ -133,6 +133,25 @@ private slots:
                  erased.pixelColor(10, 10));
     }
 
+    void invertingModeUndoesItself()
+    {
+        // The cursors rely on it: a line drawn twice in the inverting mode leaves the picture as
+        // it was, over white and over a trace alike.
+        ImageSurface surface(200, 100);
+        surface.setScale(0, 0, 200, 100);
+        surface.clear();
+        surface.line(0, 50, 200, 50, 2);
+        const QImage before = surface.image().copy();
+        surface.drawMode = kModeNotXorPen;
+        surface.drawStyle = kStyleDash;
+        surface.line(100, 0, 100, 100, 5);
+        surface.line(0, 50, 200, 50, 5);
+        QVERIFY(surface.image() != before);
+        surface.line(100, 0, 100, 100, 5);
+        surface.line(0, 50, 200, 50, 5);
+        QCOMPARE(surface.image(), before);
+    }
+
     void placementIsKeptInTwips()
     {
         SimBench bench;  // a program directory of its own: no setting.def, so the defaults
