@@ -6,6 +6,7 @@
 #include "shell/state.h"
 
 #include <cmath>
+#include <limits>
 
 namespace kw {
 
@@ -128,10 +129,25 @@ void stemScan(MeasurementRows &rows, bool thin, int step)
 
 }  // namespace
 
+std::optional<float> asFloat(double value)
+{
+    if (!std::isfinite(value) || std::abs(value) > double(std::numeric_limits<float>::max()))
+        return std::nullopt;
+    return float(value);
+}
+
+namespace {
+void readFrequency(const MeasurementRows &rows, MeasPoint &point)
+{
+    if (const auto v = rows.value(kFrequency))
+        if (const auto f = asFloat(*v))
+            point.frequency = *f;
+}
+}  // namespace
+
 void readPoint(const MeasurementRows &rows, MeasPoint &point)
 {
-    if (const auto f = rows.value(kFrequency))
-        point.frequency = float(*f);
+    readFrequency(rows, point);
     for (int c = kSample; c < kMeasColumns; ++c)
         if (const auto y = levelOf(rows, c))
             point.level[c] = *y;
@@ -145,8 +161,7 @@ void readNextPoint(MeasurementRows &rows, MeasPoint &point, bool thin, int step)
         return;
     for (int j = 0; j < step && !rows.eof(); ++j) {
         rows.moveNext();
-        if (const auto f = rows.value(kFrequency))
-            point.frequency = float(*f);
+        readFrequency(rows, point);
         for (int c = kSample; c < kMeasColumns; ++c) {
             const auto y = levelOf(rows, c);
             if (y && *y > point.level[c])

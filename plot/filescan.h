@@ -22,6 +22,9 @@ public:
     virtual std::optional<double> value(int column) const = 0;
 };
 
+// A column value as a 32-bit float, as the columns hold it; nothing for a value a float can't hold.
+std::optional<float> asFloat(double value);
+
 // A point as the scans hold it: levels in plot units.
 struct MeasPoint {
     float frequency = 0.0f;

@@ -89,7 +89,7 @@ std::shared_ptr<const MeasurementTable> readFile(const QString &path)
                     bool isNumber = false;
                     const double d = v.isNull() ? 0.0 : v.toDouble(&isNumber);
                     if (isNumber)
-                        row[size_t(c)] = float(d);
+                        row[size_t(c)] = asFloat(d);
                 }
                 table->rows.push_back(row);
             }

@@ -19,7 +19,7 @@ std::optional<float> cell(const Recordset &rs, const QString &name)
     const double d = v.toDouble(&ok);
     if (!ok)
         return std::nullopt;
-    return float(d);
+    return asFloat(d);
 }
 
 // Every row of a limit, in the order of the query. A failing read leaves the rest out.
