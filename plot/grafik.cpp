@@ -7,6 +7,7 @@
 #include "shell/uihooks.h"
 
 #include <QCheckBox>
+#include <QCloseEvent>
 #include <QLabel>
 #include <QMdiSubWindow>
 #include <QPainter>
@@ -180,6 +181,8 @@ void Grafik::resizeEvent(QResizeEvent *event)
     if (!frame->isMinimized() && !frame->isMaximized())
         applyLayout(true);
 }
+
+void Grafik::closeEvent(QCloseEvent *event) { event->ignore(); }
 
 void Grafik::setCaption(const QString &text)
 {

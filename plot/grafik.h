@@ -56,6 +56,8 @@ public:
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
+    // The plot lives as long as the frame: closing it alone would leave no way to get it back.
+    void closeEvent(QCloseEvent *event) override;
 
 private:
     PictureBox *pic1_ = nullptr;

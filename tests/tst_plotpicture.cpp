@@ -163,10 +163,13 @@ private slots:
         QCOMPARE(frame->width(), twipsToPixelsX(7200));
         frame->setGeometry(twipsToPixelsX(1500), twipsToPixelsY(300), twipsToPixelsX(9000), twipsToPixelsY(6000));
         uiHooks().storeFormPositions();
+        QVERIFY(!frame->close());  // the plot stays while the frame stands
+        QCOMPARE(window.child(QStringLiteral("grafik")), form);
         QCOMPARE(int(st.formpos[1]), 0);
         QVERIFY(std::abs(st.formpos[2] - 1500) <= 15);
         QVERIFY(std::abs(st.formpos[4] - 9000) <= 15);
         QVERIFY(std::abs(st.formpos[5] - 6000) <= 15);
+        QVERIFY(window.close());  // ... and goes with it
     }
 
     void newConfigurationShowsItsDistance()
