@@ -19,7 +19,7 @@ cmake --build "$BUILD" --parallel "$(nproc)"
 
 # The simulator stands behind Com2 (the program's default port) through a link in the build tree.
 LINK="$PWD/$BUILD/ttyKT3400"
-"$BUILD/sim/kt3400sim" --link "$LINK" --baud "${KT_BAUD:-9600}" --model "${KT_MODEL:-3420}" ${KT_OPTIONS:-} &
+"$BUILD/sim/kt3400sim" --link "$LINK" --baud "${KT_BAUD:-19200}" --model "${KT_MODEL:-3420}" ${KT_OPTIONS:-} &
 SIM=$!
 trap 'kill $SIM 2>/dev/null || true' EXIT
 for _ in $(seq 50); do [ -e "$LINK" ] && break; sleep 0.1; done
