@@ -19,6 +19,8 @@ using namespace kw;
 
 int main(int argc, char **argv)
 {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
     kt::Options paced;
     paced.pacing = true;

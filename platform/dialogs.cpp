@@ -92,6 +92,21 @@ Dialogs &dialogs() { return *current; }
 
 void setDialogs(Dialogs *replacement) { current = replacement ? replacement : &realDialogs; }
 
+namespace {
+// The next scripted answer; an empty queue answers as a cancelled box.
+std::optional<QString> takeNext(std::deque<std::optional<QString>> &queue)
+{
+    if (queue.empty() || !queue.front()) {
+        if (!queue.empty())
+            queue.pop_front();
+        return std::nullopt;
+    }
+    const QString text = *queue.front();
+    queue.pop_front();
+    return text;
+}
+}  // namespace
+
 Answer ScriptedDialogs::message(const QString &title, const QString &text, Buttons buttons)
 {
     shown.push_back({QStringLiteral("message"), title, text, buttons});
@@ -105,31 +120,19 @@ Answer ScriptedDialogs::message(const QString &title, const QString &text, Butto
 std::optional<QString> ScriptedDialogs::input(const QString &title, const QString &prompt, const QString &start)
 {
     shown.push_back({QStringLiteral("input"), title, prompt + QLatin1Char('|') + start, Buttons::OkCancel});
-    if (inputs.empty())
-        return std::nullopt;
-    auto a = inputs.front();
-    inputs.pop_front();
-    return a;
+    return takeNext(inputs);
 }
 
 std::optional<QString> ScriptedDialogs::openFile(const QString &title, const QString &filter, const QString &)
 {
     shown.push_back({QStringLiteral("open"), title, filter, Buttons::OkCancel});
-    if (files.empty())
-        return std::nullopt;
-    auto a = files.front();
-    files.pop_front();
-    return a;
+    return takeNext(files);
 }
 
 std::optional<QString> ScriptedDialogs::saveFile(const QString &title, const QString &filter, const QString &)
 {
     shown.push_back({QStringLiteral("save"), title, filter, Buttons::OkCancel});
-    if (files.empty())
-        return std::nullopt;
-    auto a = files.front();
-    files.pop_front();
-    return a;
+    return takeNext(files);
 }
 
 int ScriptedDialogs::count(const QString &title) const
