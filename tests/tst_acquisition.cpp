@@ -17,14 +17,6 @@
 using namespace kw;
 
 namespace {
-kt::Options firmware(const QString &version, int baud = 19200)
-{
-    kt::Options o;
-    o.firmware = version;
-    o.baud = baud;
-    return o;
-}
-
 // The analyser in zero span at a frequency, as the stepped run leaves it.
 void zeroSpanAt(SimBench &bench, double mhz, int bandwith)
 {
@@ -40,11 +32,6 @@ double analyserCentre(SimBench &bench)
     double centre = 0;
     bench.sim().withModel([&](kt::Analyser &a) { centre = a.settings().centerfreq; });
     return centre;
-}
-
-QString firstBox(SimBench &bench)
-{
-    return bench.boxes().shown.empty() ? QString() : bench.boxes().shown[0].text;
 }
 
 bool anyNonZero(const Trace &t)
@@ -95,17 +82,15 @@ private slots:
         QFETCH(QString, step);
         QFETCH(bool, trailerTaken);
         QFETCH(double, movedTo);
-        SimBench bench(::firmware(firmware, baud));
+        SimBench bench({.firmware = firmware, .baud = baud});
         st.baudrate = baud;
-        connectunit();
-        QCOMPARE(st.portopen, int16_t(1));
+        QVERIFY(bench.connect());
         zeroSpanAt(bench, 123.45, 120);
         st.centerfreq = 77.0f;
-        bench.clearLog();
         st.command = step;
         sendecho();
         readstep();
-        QVERIFY2(bench.boxes().shown.empty(), qPrintable(firstBox(bench)));
+        QCOMPARE(bench.shown(), QStringList());
         QCOMPARE(st.filemode, uint8_t(1));
         QCOMPARE(st.centerfreq, trailerTaken ? 123.45f : 77.0f);
         QVERIFY(qAbs(analyserCentre(bench) - movedTo) < 1e-9);
@@ -121,7 +106,7 @@ private slots:
 
     void missingRdAfterTheBlock()
     {
-        SimBench bench(firmware(QStringLiteral("1.50")));
+        SimBench bench({.firmware = "1.50"});
         connectunit();
         zeroSpanAt(bench, 300.0, 400);
         // The analyser falls silent; the block arrives, and something else where "RD" belongs.
@@ -134,8 +119,7 @@ private slots:
         stepnew();
         bench.sim().inject(kt::buildSampleBlock(s, signal, 0) + "XX\r");
         readstep();
-        QCOMPARE(bench.boxes().shown.size(), size_t(1));
-        QCOMPARE(bench.boxes().shown[0].text, QStringLiteral("Wait for RD"));
+        QCOMPARE(bench.shown(), QStringList{"Serial - Error|Wait for RD"});
         QCOMPARE(st.centerfreq, before);  // not taken
     }
 
@@ -143,14 +127,14 @@ private slots:
     {
         QTest::addColumn<bool>("stepped");
         QTest::addColumn<QString>("box");
-        QTest::newRow("live") << false << " Sample read error (#bm1)";
-        QTest::newRow("stepped") << true << "Read Data";
+        QTest::newRow("live") << false << "Serial - Error| Sample read error (#bm1)";
+        QTest::newRow("stepped") << true << "Serial - Error|Read Data";
     }
     void blockCutShort()
     {
         QFETCH(bool, stepped);
         QFETCH(QString, box);
-        SimBench bench(firmware(QStringLiteral("1.70")));
+        SimBench bench;
         connectunit();
         bench.sim().withModel([](kt::Analyser &a) { a.options().faults.blockCutAt = 1500; });
         st.sampledata.fill(-5);
@@ -162,8 +146,7 @@ private slots:
         } else {
             readtraces();
         }
-        QCOMPARE(bench.boxes().shown.size(), size_t(1));
-        QCOMPARE(bench.boxes().shown[0].text, box);
+        QCOMPARE(bench.shown(), QStringList{box});
         QCOMPARE(st.portopen, int16_t(0));
         QCOMPARE(int(st.sampledata[1]), -5);  // the trace keeps its old data
         QCOMPARE(int(st.rawblock[1600]), -1);  // rawblock is new up to the cut
@@ -173,14 +156,14 @@ private slots:
 
     void wrongChecksumIsStoredWithoutAWord()
     {
-        SimBench bench(firmware(QStringLiteral("1.70")));
+        SimBench bench;
         connectunit();
         bench.sim().withModel([](kt::Analyser &a) {
             a.options().faults.wrongChecksum = true;
             a.options().faults.noise = QByteArray("\x01\xfe junk", 7);  // and stray bytes after every reply
         });
         readtraces();
-        QVERIFY(bench.boxes().shown.empty());
+        QCOMPARE(bench.shown(), QStringList());
         QVERIFY(anyNonZero(st.sampledata));
         QCOMPARE(st.portopen, int16_t(1));
         QCOMPARE(bench.log().count(QStringLiteral("#bm1")), 1);  // no second asking
@@ -188,7 +171,7 @@ private slots:
 
     void allFiveTracesWithCorrection()
     {
-        SimBench bench(firmware(QStringLiteral("1.70")));
+        SimBench bench;
         // An antenna at 3 m, 10 m of cable, against a limit defined at 10 m.
         makeChainDatabase(freshFile(), QStringLiteral("Bench"),
                           {{1, 0, 3.0f, {{30, 18}, {100, 9.5f}, {1000, 24}}}, {2, 1, 0.0f, {{10, 0.46f}, {1000, 7.05f}}}});
@@ -202,7 +185,7 @@ private slots:
         st.viewsample = st.viewaverage = st.viewmaxhold = st.viewb = st.viewab = 1;
         bench.clearLog();
         readtraces();
-        QVERIFY2(bench.boxes().shown.empty(), qPrintable(firstBox(bench)));
+        QCOMPARE(bench.shown(), QStringList());
         const QStringList log = bench.log();
         QStringList reads;
         for (const QString &c : log)
@@ -224,7 +207,7 @@ private slots:
         const QString delivered = qEnvironmentVariable("KW_DEFAULT_MDB");
         if (delivered.isEmpty() || !QFile::exists(delivered))
             QSKIP("no delivered database in this build");
-        SimBench bench(firmware(QStringLiteral("1.70")));
+        SimBench bench;
         st.db = OpenDatabase(delivered);
         QVERIFY(setupconfiguration(QStringLiteral("Radiated 3 m bilog, cable, preamplifier")));
         QCOMPARE(st.configdist, 3.0f);
@@ -244,13 +227,13 @@ private slots:
             const double field = peak / 2.5 + 107.0;  // dBmW-equivalent to dBuV/m
             QVERIFY2((field > 40.0) == c.over, qPrintable(QString::number(field)));
         }
-        QVERIFY(bench.boxes().shown.empty());
+        QCOMPARE(bench.shown(), QStringList());
     }
 
     void correctionShiftsAFrozenTraceExactly()
     {
         // Memory B holds still between reads, so two reads differ by the correction alone.
-        SimBench bench(firmware(QStringLiteral("1.70")));
+        SimBench bench;
         makeChainDatabase(freshFile(), QStringLiteral("Flat"),
                           {{5, 1, 0.0f, {{0, 20}, {1100, 20}}}});
         QVERIFY(setupconfiguration(QStringLiteral("Flat")));

@@ -11,6 +11,7 @@
 
 using namespace kw;
 using kwtest::RecordingPlot;
+using kwtest::plotFrame;
 
 namespace {
 
@@ -20,15 +21,6 @@ LimitLine limitOf(std::vector<LimitRow> rows, int16_t logflag = 0)
     l.rows = std::move(rows);
     l.logflag = logflag;
     return l;
-}
-
-void plotRange(float start, float stop)
-{
-    st.freqstart = start;
-    st.freqstop = stop;
-    st.span = int16_t(stop - start);
-    st.grafikmax = -50;
-    st.grafikmin = -250;
 }
 
 }  // namespace
@@ -46,7 +38,7 @@ private slots:
     void segmentsAreCutToThePlot()
     {
         RecordingPlot plot;
-        plotRange(100.0f, 200.0f);
+        plotFrame(100.0f, 200.0f);
         drawLimit(limitOf({{50.0f, -40.0f}, {150.0f, -60.0f}, {250.0f, -80.0f}}));
         const auto lines = plot.p1.linesOf(12);
         QCOMPARE(int(lines.size()), 2);
@@ -66,7 +58,7 @@ private slots:
     void segmentCutAtBothEndsEndsOffItsLine()
     {
         RecordingPlot plot;
-        plotRange(100.0f, 200.0f);
+        plotFrame(100.0f, 200.0f);
         drawLimit(limitOf({{0.0f, -40.0f}, {400.0f, -80.0f}}));
         const auto lines = plot.p1.linesOf(12);
         QCOMPARE(int(lines.size()), 1);
@@ -79,17 +71,14 @@ private slots:
     void rowsOutsideTheSpanDrawNothingYetCount()
     {
         RecordingPlot plot;
-        plotRange(100.0f, 200.0f);
+        plotFrame(100.0f, 200.0f);
         drawLimit(limitOf({{300.0f, -40.0f}, {400.0f, -30.0f}, {500.0f, -90.0f}}));
         QCOMPARE(int(plot.p1.lines.size()), 0);
         QCOMPARE(st.limithigh, int16_t(-30));
         QCOMPARE(st.limitlow, int16_t(-90));
-    }
-
-    void singleRowDrawsNothing()
-    {
-        RecordingPlot plot;
-        plotRange(100.0f, 200.0f);
+        // A single row is neither drawn nor counted.
+        st.limitlow = 2000;
+        st.limithigh = -2000;
         drawLimit(limitOf({{150.0f, -40.0f}}));
         QCOMPARE(int(plot.p1.lines.size()), 0);
         QCOMPARE(st.limitlow, int16_t(2000));
@@ -118,7 +107,7 @@ private slots:
         QFETCH(float, l1);
         QFETCH(bool, pieces);
         RecordingPlot plot;
-        plotRange(10.0f, 1000.0f);
+        plotFrame(10.0f, 1000.0f);
         st.logaxis = logAxis;
         ComputeDecades();
         drawLimit(limitOf({{100.0f, -40.0f}, {f1, l1}}, int16_t(logFlag)));
@@ -132,7 +121,7 @@ private slots:
     void logLimitOnALinearAxisBendsTheRightWay()
     {
         RecordingPlot plot;
-        plotRange(10.0f, 1000.0f);
+        plotFrame(10.0f, 1000.0f);
         drawLimit(limitOf({{100.0f, -40.0f}, {1000.0f, -60.0f}}, -1));
         // Halfway in frequency a log-interpolated level has gone most of the way down already.
         const auto lines = plot.p1.linesOf(12);
@@ -144,7 +133,7 @@ private slots:
     void zeroSpanDrawsTheLevelAtTheFrequency()
     {
         RecordingPlot plot;
-        plotRange(150.0f, 150.0f);
+        plotFrame(150.0f, 150.0f);
         st.span = 0;
         drawLimit(limitOf({{100.0f, -40.0f}, {200.0f, -60.0f}}));
         const auto lines = plot.p1.linesOf(12);
@@ -178,7 +167,7 @@ private slots:
         QFETCH(int, min);
         QFETCH(int, max);
         RecordingPlot plot;
-        plotRange(0.0f, 1000.0f);
+        plotFrame(0.0f, 1000.0f);
         st.viewlimitmax = 1;
         plotSources().limitRows = [level](bool maxHold) {
             return maxHold ? std::vector<LimitRow>{{100.0f, level}, {900.0f, level}} : std::vector<LimitRow>{};
@@ -209,7 +198,7 @@ private slots:
     void averageLimitAfterTheMaxHoldLimit()
     {
         RecordingPlot plot;
-        plotRange(0.0f, 1000.0f);
+        plotFrame(0.0f, 1000.0f);
         st.viewlimitmax = 1;
         st.viewlimitave = 1;
         plotSources().limitRows = [](bool maxHold) {

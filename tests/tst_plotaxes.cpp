@@ -10,26 +10,7 @@
 
 using namespace kw;
 using kwtest::RecordingPlot;
-
-namespace {
-
-int countVertical(const kwtest::RecordingSurface &s, int colour)
-{
-    int n = 0;
-    for (const auto &l : s.linesOf(colour))
-        n += l.x1 == l.x2 ? 1 : 0;
-    return n;
-}
-
-QStringList texts(const kwtest::RecordingSurface &s)
-{
-    QStringList out;
-    for (const auto &t : s.texts)
-        out << t.text;
-    return out;
-}
-
-}  // namespace
+using kwtest::plotFrame;
 
 class TestPlotAxes : public QObject {
     Q_OBJECT
@@ -122,10 +103,7 @@ private slots:
     void linearGridBelowZeroHz()
     {
         RecordingPlot plot;
-        st.freqstart = -250.0f;
-        st.freqstop = 750.0f;
-        st.grafikmax = -50;
-        st.grafikmin = -250;
+        plotFrame(-250.0f, 750.0f);
         SetPlotScale();
         DrawFrequencyGrid();
         // A thick black line marks 0 Hz at a quarter of the width, in place of the left label.
@@ -134,7 +112,7 @@ private slots:
         QCOMPARE(zero[0].x1, 250000.0);
         QCOMPARE(zero[0].width, 2);
         // Tenths at -150 and -50 MHz lie left of the plot and are dropped.
-        QCOMPARE(countVertical(plot.p1, 7), 7);
+        QCOMPARE(plot.p1.verticalsOf(7), 7);
         QCOMPARE(int(plot.p3.texts.size()), 8);
         QCOMPARE(plot.p3.texts.front().x, 300000.0);  // the first label is at 50 MHz, where it starts
         QCOMPARE(plot.p3.texts.front().colour, 5);
@@ -144,33 +122,26 @@ private slots:
     {
         RecordingPlot plot;
         setNumberLocale(NumberLocale::enUS());
-        st.freqstart = 0.15f;
-        st.freqstop = 80.0f;
+        plotFrame(0.15f, 80.0f);
         st.logaxis = 1;
-        st.grafikmax = -50;
-        st.grafikmin = -250;
         SetPlotScale();
         QVERIFY(plot.logEnabled);
         DrawFrequencyGrid();
         // Digits 1..9 of the first decade, 2..9 of the next, 2..8 of the last below 90 MHz.
-        QCOMPARE(countVertical(plot.p1, 7), 24);
-        QCOMPARE(countVertical(plot.p1, 8), 2);
-        QCOMPARE(texts(plot.p3), QStringList({"100.0K", "1.00M", "10.00M", "90.00M"}));
+        QCOMPARE(plot.p1.verticalsOf(7), 24);
+        QCOMPARE(plot.p1.verticalsOf(8), 2);
+        QCOMPARE(plot.p3.textList(), QStringList({"100.0K", "1.00M", "10.00M", "90.00M"}));
     }
 
     void zeroSpanHasOnlyItsText()
     {
         RecordingPlot plot;
         setNumberLocale(NumberLocale::enUS());
-        st.freqstart = 433.92f;
-        st.freqstop = 433.92f;
-        st.span = 0;
+        plotFrame(433.92f, 433.92f);
         st.logaxis = 1;  // zero span of a live plot wins over "Log"
-        st.grafikmax = -50;
-        st.grafikmin = -250;
         DrawFrequencyGrid();
         QCOMPARE(int(plot.p1.lines.size()), 0);
-        QCOMPARE(texts(plot.p3), QStringList({"Zerospan / Freq: 433.92M"}));
+        QCOMPARE(plot.p3.textList(), QStringList({"Zerospan / Freq: 433.92M"}));
         QCOMPARE(plot.p3.texts[0].x, 1000.0);
         QCOMPARE(plot.p3.texts[0].y, 10.0);
         // A stepped result with a span below 1 takes the linear axis instead.
@@ -238,7 +209,7 @@ private slots:
             drawn << l.y1;
         std::sort(drawn.begin(), drawn.end(), std::greater<>());
         QCOMPARE(drawn, lines);
-        QVERIFY(texts(plot.p2).contains(firstLabel));
+        QVERIFY(plot.p2.textList().contains(firstLabel));
         QCOMPARE(plot.p2.scaleTop(), double(top));
     }
 
