@@ -229,25 +229,6 @@ private slots:
         }
         QCOMPARE(bench.shown(), QStringList());
     }
-
-    void correctionShiftsAFrozenTraceExactly()
-    {
-        // Memory B holds still between reads, so two reads differ by the correction alone.
-        SimBench bench;
-        makeChainDatabase(freshFile(), QStringLiteral("Flat"),
-                          {{5, 1, 0.0f, {{0, 20}, {1100, 20}}}});
-        QVERIFY(setupconfiguration(QStringLiteral("Flat")));
-        connectunit();
-        savetob();
-        st.viewsample = 0;
-        st.viewb = 1;
-        readtraces();
-        const Trace plain = st.memorydata;
-        st.correctionon = 1;
-        readtraces();
-        for (int i = 1; i <= 2001; ++i)
-            QCOMPARE(st.memorydata[size_t(i)], int16_t(plain[size_t(i)] + 50));
-    }
 };
 
 QTEST_MAIN(TestAcquisition)

@@ -169,14 +169,21 @@ private slots:
         RecordingPlot plot;
         plotFrame(0.0f, 1000.0f);
         st.viewlimitmax = 1;
+        st.viewlimitave = 1;
+        // The average limit, 10 dB lower, is drawn after the max hold limit, thick.
         plotSources().limitRows = [level](bool maxHold) {
-            return maxHold ? std::vector<LimitRow>{{100.0f, level}, {900.0f, level}} : std::vector<LimitRow>{};
+            const float l = maxHold ? level : -70.0f;
+            return std::vector<LimitRow>{{100.0f, l}, {900.0f, l}};
         };
         DrawPlot();
         QCOMPARE(st.grafikmin, int16_t(min));
         QCOMPARE(st.grafikmax, int16_t(max));
-        // A restart repaints everything: the last pass holds one limit line only.
+        // A restart repaints everything: the last pass holds one line of each limit only.
         QCOMPARE(int(plot.p1.linesOf(12).size()), 1);
+        const auto average = plot.p1.linesOf(9);
+        QCOMPARE(int(average.size()), 1);
+        QCOMPARE(average[0].y1, -175.0);
+        QCOMPARE(average[0].width, 2);
     }
 
     void noScaleYetNoLimitAndNoWidening()
@@ -193,23 +200,6 @@ private slots:
         QCOMPARE(asked, 0);
         QCOMPARE(st.grafikmin, int16_t(1000));
         QCOMPARE(st.grafikmax, int16_t(-1000));
-    }
-
-    void averageLimitAfterTheMaxHoldLimit()
-    {
-        RecordingPlot plot;
-        plotFrame(0.0f, 1000.0f);
-        st.viewlimitmax = 1;
-        st.viewlimitave = 1;
-        plotSources().limitRows = [](bool maxHold) {
-            const float l = maxHold ? -60.0f : -70.0f;
-            return std::vector<LimitRow>{{100.0f, l}, {900.0f, l}};
-        };
-        DrawPlot();
-        QCOMPARE(int(plot.p1.linesOf(12).size()), 1);
-        QCOMPARE(int(plot.p1.linesOf(9).size()), 1);
-        QCOMPARE(plot.p1.linesOf(9)[0].y1, -175.0);
-        QCOMPARE(plot.p1.linesOf(9)[0].width, 2);
     }
 };
 

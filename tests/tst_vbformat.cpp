@@ -45,7 +45,6 @@ private slots:
         row("0.075 with $", false, 0.075, "$#.##", "$.08");
         row("-0.005", false, -0.005, "###0.00", "-0.01");
         row("carry into a new digit", false, 9.9999999, "#0.000000", "10.000000");
-        row("1234.5 in ####", false, 1234.5, "####", "1235");
         row("-0.4 keeps its sign", false, -0.4, "0", "-0");
         // placeholders
         row("0 in # is empty", false, 0.0, "##########", "");
@@ -130,8 +129,6 @@ private slots:
             QTest::newRow(us) << v << QString::fromLatin1(s) << QString::fromLatin1(us) << QString::fromLatin1(de);
         };
         row(5, " 5", "5", "5");
-        row(0, " 0", "0", "0");
-        row(459.001, " 459.001", "459.001", "459,001");
         row(0.5, " .5", "0.5", "0,5");
         row(1.0 / 3.0, " .333333333333333", "0.333333333333333", "0,333333333333333");
         row(double(0.1f), " .100000001490116", "0.100000001490116", "0,100000001490116");
@@ -294,7 +291,6 @@ private slots:
         QTest::newRow("in range") << "C" << "[!A-E]" << true << false;
         QTest::newRow("range any case") << "c" << "[A-E]" << false << true;
         QTest::newRow("star in brackets") << "a*" << "a[*]" << true << true;
-        QTest::newRow("star in brackets literal") << "ab" << "a[*]" << true << false;
         QTest::newRow("question") << "dBuV" << "dB?V" << false << true;
         QTest::newRow("anchored") << "xabc" << "abc" << false << false;
         QTest::newRow("empty text") << "" << "*" << false << true;
