@@ -18,58 +18,41 @@ private slots:
 
     void settingTexts_data()
     {
+        QTest::addColumn<bool>("german");
+        QTest::addColumn<float>("centre");
         QTest::addColumn<float>("reflevel");
-        QTest::addColumn<QString>("wire");
-        QTest::newRow("zero") << 0.0f << "#rl+00.0";
-        QTest::newRow("minus thirty") << -30.0f << "#rl-30.0";
-        QTest::newRow("five and a half") << 5.5f << "#rl+05.5";
-        QTest::newRow("minus point five") << -0.5f << "#rl-00.5";
+        QTest::addColumn<QStringList>("wire");
+        QTest::newRow("zero, centre clamped") << false << 1050.1f << 0.0f << QStringList{"#cf1050.000", "#rl+00.0"};
+        QTest::newRow("minus thirty") << false << 12.5f << -30.0f << QStringList{"#cf0012.500", "#rl-30.0"};
+        QTest::newRow("five and a half") << false << 1050.0f << 5.5f << QStringList{"#cf1050.000", "#rl+05.5"};
+        QTest::newRow("minus point five") << false << 88.5f << -0.5f << QStringList{"#cf0088.500", "#rl-00.5"};
+        // A comma decimal mark still goes out as a point.
+        QTest::newRow("comma locale") << true << 433.92f << -12.5f << QStringList{"#cf0433.920", "#rl-12.5"};
     }
     void settingTexts()
     {
+        QFETCH(bool, german);
+        QFETCH(float, centre);
         QFETCH(float, reflevel);
-        QFETCH(QString, wire);
+        QFETCH(QStringList, wire);
         SimBench bench;
         QVERIFY(bench.connect());
+        setNumberLocale(german ? NumberLocale::deDE() : NumberLocale::enUS());
+        st.centerfreq = centre;
+        setcenterfreq();
         st.reflevel = reflevel;
         setreflevel();
         // The level is read back with trace A selected, and the analyser left in readmode.
-        QCOMPARE(bench.log(), (QStringList{wire, "#vm0", "#rl", "#vm0"}));
+        QCOMPARE(bench.log(), (wire + QStringList{"#vm0", "#rl", "#vm0"}));
         QCOMPARE(st.reflevel, reflevel);
     }
 
-    void centreFrequencyIsClampedEvenOffline()
+    void offlineSettingsStillChangeTheRecord()
     {
         SimBench bench;
         st.centerfreq = -3.0f;
         setcenterfreq();
         QCOMPARE(st.centerfreq, 0.0f);
-        QVERIFY(bench.connect());
-        st.centerfreq = 1050.1f;
-        setcenterfreq();
-        st.centerfreq = 1050.0f;
-        setcenterfreq();
-        st.centerfreq = 12.5f;
-        setcenterfreq();
-        QCOMPARE(bench.log(), (QStringList{"#cf1050.000", "#cf1050.000", "#cf0012.500"}));
-    }
-
-    void aCommaDecimalMarkStillGoesOutAsAPoint()
-    {
-        SimBench bench;
-        QVERIFY(bench.connect());
-        setNumberLocale(NumberLocale::deDE());
-        st.centerfreq = 433.92f;
-        setcenterfreq();
-        st.reflevel = -12.5f;
-        setreflevel();
-        QCOMPARE(bench.log().mid(0, 2), (QStringList{"#cf0433.920", "#rl-12.5"}));
-        QCOMPARE(st.reflevel, -12.5f);
-    }
-
-    void triggerOffClearsTheRunEvenOffline()
-    {
-        SimBench bench;
         st.triggerrun = 1;
         settriggeroff();
         QCOMPARE(st.triggerrun, uint8_t(0));

@@ -33,15 +33,16 @@ std::vector<VectorRows::Row> flatRows(int n, float level = -50.0f)
 Database measurementFile(const QString &path)
 {
     Database file = CreateDatabase(path);
-    TableDef measurement{QStringLiteral("Measurement"), {}};
-    for (const char *name : {"Frequency", "Sample_dBmW", "Average_dBmW", "Maxhold_dBmW", "QPeak_dBmW", "memory_dBmW",
-                             "Ambient_H_dBmW", "Ambient_V_dBmW"})
-        measurement.fields.push_back({QString::fromLatin1(name), FieldType::Single, 0});
-    file.AppendTable(measurement);
-    TableDef limits{QStringLiteral("Limitlines"), {}};
-    for (const char *name : {"avefreq", "Average_dBmW", "maxfreq", "Maxhold_dBmW"})
-        limits.fields.push_back({QString::fromLatin1(name), FieldType::Single, 0});
-    file.AppendTable(limits);
+    const QList<QPair<QString, QStringList>> tables = {
+        {"Measurement", {"Frequency", "Sample_dBmW", "Average_dBmW", "Maxhold_dBmW", "QPeak_dBmW", "memory_dBmW",
+                         "Ambient_H_dBmW", "Ambient_V_dBmW"}},
+        {"Limitlines", {"avefreq", "Average_dBmW", "maxfreq", "Maxhold_dBmW"}}};
+    for (const auto &[name, columns] : tables) {
+        TableDef table{name, {}};
+        for (const QString &column : columns)
+            table.fields.push_back({column, FieldType::Single, 0});
+        file.AppendTable(table);
+    }
     return file;
 }
 
