@@ -43,6 +43,8 @@ bool anyNonZero(const Trace &t)
 }
 }  // namespace
 
+struct SteppedPathsByFirmwareCase { QString firmware; int baud; QString step; bool trailerTaken; double movedTo; };
+
 class TestAcquisition : public QObject {
     Q_OBJECT
     QTemporaryDir dir_;
@@ -63,25 +65,18 @@ private slots:
 
     void steppedPathsByFirmware_data()
     {
-        QTest::addColumn<QString>("firmware");
-        QTest::addColumn<int>("baud");
-        QTest::addColumn<QString>("step");
-        QTest::addColumn<bool>("trailerTaken");
-        QTest::addColumn<double>("movedTo");
-        QTest::newRow("1.04: RD, then asked with #bm1") << "1.04" << 19200 << "#ss1" << false << 123.45;
-        QTest::newRow("1.05: block with trailer, no RD") << "1.05" << 19200 << "#ss1" << true << 123.45;
-        QTest::newRow("1.09: #ss2 does not move") << "1.09" << 19200 << "#ss2" << true << 123.45;
-        QTest::newRow("1.10: #ss2 moves by 0.12") << "1.10" << 19200 << "#ss2" << true << 123.57;
-        QTest::newRow("1.46 at 38400: RD after") << "1.46" << 38400 << "#ss2" << true << 123.57;
-        QTest::newRow("1.47: RD after") << "1.47" << 19200 << "#ss2" << true << 123.57;
+        QTest::addColumn<SteppedPathsByFirmwareCase>("c");
+        QTest::newRow("1.04: RD, then asked with #bm1") << SteppedPathsByFirmwareCase{"1.04", 19200, "#ss1", false, 123.45};
+        QTest::newRow("1.05: block with trailer, no RD") << SteppedPathsByFirmwareCase{"1.05", 19200, "#ss1", true, 123.45};
+        QTest::newRow("1.09: #ss2 does not move") << SteppedPathsByFirmwareCase{"1.09", 19200, "#ss2", true, 123.45};
+        QTest::newRow("1.10: #ss2 moves by 0.12") << SteppedPathsByFirmwareCase{"1.10", 19200, "#ss2", true, 123.57};
+        QTest::newRow("1.46 at 38400: RD after") << SteppedPathsByFirmwareCase{"1.46", 38400, "#ss2", true, 123.57};
+        QTest::newRow("1.47: RD after") << SteppedPathsByFirmwareCase{"1.47", 19200, "#ss2", true, 123.57};
     }
     void steppedPathsByFirmware()
     {
-        QFETCH(QString, firmware);
-        QFETCH(int, baud);
-        QFETCH(QString, step);
-        QFETCH(bool, trailerTaken);
-        QFETCH(double, movedTo);
+        QFETCH(SteppedPathsByFirmwareCase, c);
+        const auto &[firmware, baud, step, trailerTaken, movedTo] = c;
         SimBench bench({.firmware = firmware, .baud = baud});
         st.baudrate = baud;
         QVERIFY(bench.connect());

@@ -17,6 +17,8 @@ using namespace kw;
 using kwtest::boxesOf;
 using kwtest::readFile;
 
+struct VersionsCase { QList<double> versions; QStringList boxes; float dbversion; bool quasiPeakRead; };
+
 class TestAppDb : public QObject {
     Q_OBJECT
     ScriptedDialogs boxes_;
@@ -136,27 +138,19 @@ private slots:
 
     void versions_data()
     {
-        QTest::addColumn<QList<double>>("versions");
-        QTest::addColumn<QStringList>("boxes");
-        QTest::addColumn<float>("dbversion");
-        QTest::addColumn<bool>("quasiPeakRead");
+        QTest::addColumn<VersionsCase>("c");
         const QString init = QStringLiteral("Init Database|");
         const QStringList selection = {QStringLiteral("open|Select Database")};
-        QTest::newRow("0.9 and 1.1") << QList<double>{0.9, 1.1} << QStringList() << 1.1f << true;
-        QTest::newRow("1.2") << QList<double>{1.2} << QStringList() << 1.2f << true;
-        QTest::newRow("1.05") << QList<double>{1.05}
-                              << QStringList{init + "Please use the actual Database-Version: 1.10 your Version: 1.05\r\rYou can not use all functions"}
-                              << 1.05f << true;
-        QTest::newRow("0.99") << QList<double>{0.99}
-                              << QStringList{init + "Wrong Database-Version: 0.99\r\rAktuel: 1.10"} + selection << 0.99f << false;
-        QTest::newRow("no row") << QList<double>{} << QStringList{init + "Database defekt or not found \r\r%1"} + selection << 1.0f << false;
+        QTest::newRow("0.9 and 1.1") << VersionsCase{QList<double>{0.9, 1.1}, QStringList(), 1.1f, true};
+        QTest::newRow("1.2") << VersionsCase{QList<double>{1.2}, QStringList(), 1.2f, true};
+        QTest::newRow("1.05") << VersionsCase{QList<double>{1.05}, QStringList{init + "Please use the actual Database-Version: 1.10 your Version: 1.05\r\rYou can not use all functions"}, 1.05f, true};
+        QTest::newRow("0.99") << VersionsCase{QList<double>{0.99}, QStringList{init + "Wrong Database-Version: 0.99\r\rAktuel: 1.10"} + selection, 0.99f, false};
+        QTest::newRow("no row") << VersionsCase{QList<double>{}, QStringList{init + "Database defekt or not found \r\r%1"} + selection, 1.0f, false};
     }
     void versions()
     {
-        QFETCH(QList<double>, versions);
-        QFETCH(QStringList, boxes);
-        QFETCH(float, dbversion);
-        QFETCH(bool, quasiPeakRead);
+        QFETCH(VersionsCase, c);
+        auto [versions, boxes, dbversion, quasiPeakRead] = c;
         test::TempProgramDir dir;
         st.databasefile = databaseWithVersions(dir, "work.mdb", versions);
         QVERIFY(!st.databasefile.isEmpty());

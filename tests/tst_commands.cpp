@@ -11,6 +11,8 @@
 
 using namespace kw;
 
+struct SettingTextsCase { bool german; float centre; float reflevel; QStringList wire; };
+
 class TestCommands : public QObject {
     Q_OBJECT
 private slots:
@@ -18,23 +20,18 @@ private slots:
 
     void settingTexts_data()
     {
-        QTest::addColumn<bool>("german");
-        QTest::addColumn<float>("centre");
-        QTest::addColumn<float>("reflevel");
-        QTest::addColumn<QStringList>("wire");
-        QTest::newRow("zero, centre clamped") << false << 1050.1f << 0.0f << QStringList{"#cf1050.000", "#rl+00.0"};
-        QTest::newRow("minus thirty") << false << 12.5f << -30.0f << QStringList{"#cf0012.500", "#rl-30.0"};
-        QTest::newRow("five and a half") << false << 1050.0f << 5.5f << QStringList{"#cf1050.000", "#rl+05.5"};
-        QTest::newRow("minus point five") << false << 88.5f << -0.5f << QStringList{"#cf0088.500", "#rl-00.5"};
+        QTest::addColumn<SettingTextsCase>("c");
+        QTest::newRow("zero, centre clamped") << SettingTextsCase{false, 1050.1f, 0.0f, QStringList{"#cf1050.000", "#rl+00.0"}};
+        QTest::newRow("minus thirty") << SettingTextsCase{false, 12.5f, -30.0f, QStringList{"#cf0012.500", "#rl-30.0"}};
+        QTest::newRow("five and a half") << SettingTextsCase{false, 1050.0f, 5.5f, QStringList{"#cf1050.000", "#rl+05.5"}};
+        QTest::newRow("minus point five") << SettingTextsCase{false, 88.5f, -0.5f, QStringList{"#cf0088.500", "#rl-00.5"}};
         // A comma decimal mark still goes out as a point.
-        QTest::newRow("comma locale") << true << 433.92f << -12.5f << QStringList{"#cf0433.920", "#rl-12.5"};
+        QTest::newRow("comma locale") << SettingTextsCase{true, 433.92f, -12.5f, QStringList{"#cf0433.920", "#rl-12.5"}};
     }
     void settingTexts()
     {
-        QFETCH(bool, german);
-        QFETCH(float, centre);
-        QFETCH(float, reflevel);
-        QFETCH(QStringList, wire);
+        QFETCH(SettingTextsCase, c);
+        const auto &[german, centre, reflevel, wire] = c;
         SimBench bench;
         QVERIFY(bench.connect());
         setNumberLocale(german ? NumberLocale::deDE() : NumberLocale::enUS());

@@ -25,6 +25,9 @@ LimitLine limitOf(std::vector<LimitRow> rows, int16_t logflag = 0)
 
 }  // namespace
 
+struct FormOfTheLineCase { bool logAxis; int logFlag; float f1; float l1; bool pieces; };
+struct WideningCase { float level; int min; int max; };
+
 class TestLimitWalk : public QObject {
     Q_OBJECT
 private slots:
@@ -87,25 +90,18 @@ private slots:
 
     void formOfTheLine_data()
     {
-        QTest::addColumn<bool>("logAxis");
-        QTest::addColumn<int>("logFlag");
-        QTest::addColumn<float>("f1");
-        QTest::addColumn<float>("l1");
-        QTest::addColumn<bool>("pieces");
-        QTest::newRow("linear limit, linear axis") << false << 0 << 900.0f << -60.0f << false;
-        QTest::newRow("log limit, log axis") << true << -1 << 900.0f << -60.0f << false;
-        QTest::newRow("linear limit, log axis") << true << 0 << 900.0f << -60.0f << true;
-        QTest::newRow("log limit, linear axis") << false << -1 << 900.0f << -60.0f << true;
-        QTest::newRow("equal levels are always straight") << true << 0 << 900.0f << -40.0f << false;
-        QTest::newRow("rows 0.0005 MHz apart are straight") << true << 0 << 100.0005f << -60.0f << false;
+        QTest::addColumn<FormOfTheLineCase>("c");
+        QTest::newRow("linear limit, linear axis") << FormOfTheLineCase{false, 0, 900.0f, -60.0f, false};
+        QTest::newRow("log limit, log axis") << FormOfTheLineCase{true, -1, 900.0f, -60.0f, false};
+        QTest::newRow("linear limit, log axis") << FormOfTheLineCase{true, 0, 900.0f, -60.0f, true};
+        QTest::newRow("log limit, linear axis") << FormOfTheLineCase{false, -1, 900.0f, -60.0f, true};
+        QTest::newRow("equal levels are always straight") << FormOfTheLineCase{true, 0, 900.0f, -40.0f, false};
+        QTest::newRow("rows 0.0005 MHz apart are straight") << FormOfTheLineCase{true, 0, 100.0005f, -60.0f, false};
     }
     void formOfTheLine()
     {
-        QFETCH(bool, logAxis);
-        QFETCH(int, logFlag);
-        QFETCH(float, f1);
-        QFETCH(float, l1);
-        QFETCH(bool, pieces);
+        QFETCH(FormOfTheLineCase, c);
+        const auto &[logAxis, logFlag, f1, l1, pieces] = c;
         RecordingPlot plot;
         plotFrame(10.0f, 1000.0f);
         st.logaxis = logAxis;
@@ -152,20 +148,17 @@ private slots:
 
     void widening_data()
     {
-        QTest::addColumn<float>("level");
-        QTest::addColumn<int>("min");
-        QTest::addColumn<int>("max");
+        QTest::addColumn<WideningCase>("c");
         // The scale is -20..-100 dB in plot units (-50..-250); the limit's extent is in dB.
-        QTest::newRow("inside the plot") << -60.0f << -250 << -50;
-        QTest::newRow("above the top in dB widens the top to the dB value") << -40.0f << -250 << -40;
-        QTest::newRow("below the plot in plot units but not in dB stays") << -110.0f << -250 << -50;
-        QTest::newRow("below the bottom in dB widens") << -300.0f << -300 << -50;
+        QTest::newRow("inside the plot") << WideningCase{-60.0f, -250, -50};
+        QTest::newRow("above the top in dB widens the top to the dB value") << WideningCase{-40.0f, -250, -40};
+        QTest::newRow("below the plot in plot units but not in dB stays") << WideningCase{-110.0f, -250, -50};
+        QTest::newRow("below the bottom in dB widens") << WideningCase{-300.0f, -300, -50};
     }
     void widening()
     {
-        QFETCH(float, level);
-        QFETCH(int, min);
-        QFETCH(int, max);
+        QFETCH(WideningCase, c);
+        const auto &[level, min, max] = c;
         RecordingPlot plot;
         plotFrame(0.0f, 1000.0f);
         st.viewlimitmax = 1;

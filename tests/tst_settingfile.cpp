@@ -32,6 +32,8 @@ QByteArray sampleRecord(const QByteArray &path)
 
 }  // namespace
 
+struct TwipsCase { int twips; double dpi; int pixels; int back; };
+
 class TestSettingFile : public QObject {
     Q_OBJECT
     ScriptedDialogs boxes_;
@@ -159,21 +161,16 @@ private slots:
 
     void twips_data()
     {
-        QTest::addColumn<int>("twips");
-        QTest::addColumn<double>("dpi");
-        QTest::addColumn<int>("pixels");
-        QTest::addColumn<int>("back");
-        QTest::newRow("inch at 96") << 1440 << 96.0 << 96 << 1440;
-        QTest::newRow("plot width at 96") << 7200 << 96.0 << 480 << 7200;
-        QTest::newRow("rounds at 120") << 7300 << 120.0 << 608 << 7296;
-        QTest::newRow("negative at 144") << -4500 << 144.0 << -450 << -4500;
+        QTest::addColumn<TwipsCase>("c");
+        QTest::newRow("inch at 96") << TwipsCase{1440, 96.0, 96, 1440};
+        QTest::newRow("plot width at 96") << TwipsCase{7200, 96.0, 480, 7200};
+        QTest::newRow("rounds at 120") << TwipsCase{7300, 120.0, 608, 7296};
+        QTest::newRow("negative at 144") << TwipsCase{-4500, 144.0, -450, -4500};
     }
     void twips()
     {
-        QFETCH(int, twips);
-        QFETCH(double, dpi);
-        QFETCH(int, pixels);
-        QFETCH(int, back);
+        QFETCH(TwipsCase, c);
+        const auto &[twips, dpi, pixels, back] = c;
         QCOMPARE(twipsToPixels(twips, dpi), pixels);
         QCOMPARE(pixelsToTwips(pixels, dpi), back);
     }

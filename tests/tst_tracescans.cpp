@@ -48,6 +48,8 @@ Database measurementFile(const QString &path)
 
 }  // namespace
 
+struct ThinningCase { int rows; int economic; int step; int lines; };
+
 class TestTraceScans : public QObject {
     Q_OBJECT
 private slots:
@@ -142,21 +144,16 @@ private slots:
 
     void thinning_data()
     {
-        QTest::addColumn<int>("rows");
-        QTest::addColumn<int>("economic");
-        QTest::addColumn<int>("step");
-        QTest::addColumn<int>("lines");
+        QTest::addColumn<ThinningCase>("c");
         // Each read after the first row gives one line; the read at the end draws a dot.
-        QTest::newRow("2749 rows: step 5, not thinned") << 2749 << 1 << 5 << 2749;
-        QTest::newRow("2750 rows: step 6 (5.5 to even), groups of 7") << 2750 << 1 << 6 << 393;
-        QTest::newRow("2750 rows without Economic") << 2750 << 0 << 6 << 2750;
+        QTest::newRow("2749 rows: step 5, not thinned") << ThinningCase{2749, 1, 5, 2749};
+        QTest::newRow("2750 rows: step 6 (5.5 to even), groups of 7") << ThinningCase{2750, 1, 6, 393};
+        QTest::newRow("2750 rows without Economic") << ThinningCase{2750, 0, 6, 2750};
     }
     void thinning()
     {
-        QFETCH(int, rows);
-        QFETCH(int, economic);
-        QFETCH(int, step);
-        QFETCH(int, lines);
+        QFETCH(ThinningCase, c);
+        const auto &[rows, economic, step, lines] = c;
         RecordingPlot plot;
         st.economic = uint8_t(economic);
         st.span = 1000;

@@ -11,6 +11,8 @@
 
 using namespace kw;
 
+struct LineFaultsCase { int fault; QString command; int times; int sendretry; QStringList log; QStringList boxes; };
+
 class TestTransport : public QObject {
     Q_OBJECT
 private slots:
@@ -40,32 +42,19 @@ private slots:
 
     void lineFaults_data()
     {
-        QTest::addColumn<int>("fault");
-        QTest::addColumn<QString>("command");
-        QTest::addColumn<int>("times");
-        QTest::addColumn<int>("sendretry");
-        QTest::addColumn<QStringList>("log");
-        QTest::addColumn<QStringList>("boxes");
+        QTest::addColumn<LineFaultsCase>("c");
         // A wrong echo restarts the command from its first character with the buffer emptied.
-        QTest::newRow("one wrong echo") << 0 << "#kl1" << 1 << 2 << QStringList{"#kl1"} << QStringList();
-        QTest::newRow("stray bytes before each command") << 1 << "#kl1" << 3 << 1 << QStringList{"#kl1", "#kl1", "#kl1"}
-                                                         << QStringList();
-        QTest::newRow("two wrong echoes") << 2 << "#kl1" << 1 << 2 << QStringList()
-                                          << QStringList{"Serial - Error| Data send error ( #kl1 )"};
+        QTest::newRow("one wrong echo") << LineFaultsCase{0, "#kl1", 1, 2, QStringList{"#kl1"}, QStringList()};
+        QTest::newRow("stray bytes before each command") << LineFaultsCase{1, "#kl1", 3, 1, QStringList{"#kl1", "#kl1", "#kl1"}, QStringList()};
+        QTest::newRow("two wrong echoes") << LineFaultsCase{2, "#kl1", 1, 2, QStringList(), QStringList{"Serial - Error| Data send error ( #kl1 )"}};
         // Unanswered, a setting goes out three times, each with one more carriage return.
-        QTest::newRow("unconfirmed setting") << 3 << "#kl1" << 1 << 1 << QStringList{"#kl1", "#kl1", "#kl1"}
-                                             << QStringList{"Serial - Error| Data read error ( #kl1\r\r\r )"};
-        QTest::newRow("unanswered query") << 3 << "#VN" << 1 << 1 << QStringList{"#VN"}
-                                          << QStringList{"Serial - Error| Data read error ( #VN\r )"};
+        QTest::newRow("unconfirmed setting") << LineFaultsCase{3, "#kl1", 1, 1, QStringList{"#kl1", "#kl1", "#kl1"}, QStringList{"Serial - Error| Data read error ( #kl1\r\r\r )"}};
+        QTest::newRow("unanswered query") << LineFaultsCase{3, "#VN", 1, 1, QStringList{"#VN"}, QStringList{"Serial - Error| Data read error ( #VN\r )"}};
     }
     void lineFaults()
     {
-        QFETCH(int, fault);
-        QFETCH(QString, command);
-        QFETCH(int, times);
-        QFETCH(int, sendretry);
-        QFETCH(QStringList, log);
-        QFETCH(QStringList, boxes);
+        QFETCH(LineFaultsCase, c);
+        const auto &[fault, command, times, sendretry, log, boxes] = c;
         SimBench bench;
         QVERIFY(bench.connect());
         bench.sim().withModel([fault](kt::Analyser &a) {

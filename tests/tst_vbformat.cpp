@@ -24,17 +24,21 @@ int errorOf(F f)
 
 }  // namespace
 
+struct FormatDoubleCase { bool german; double value; QString format; QString expected; };
+struct StrAndCStrCase { double value; QString str; QString cstrUS; QString cstrDE; };
+struct CdblCase { bool german; QString text; double expected; int error; };
+struct IntegerConversionCase { QString kind; double value; int expected; int error; };
+struct LikeCase { QString text; QString pattern; bool caseSensitive; bool expected; };
+struct DatesCase { bool german; double date; QString general; QString longTime; };
+
 class TestVbFormat : public QObject {
     Q_OBJECT
 private slots:
     void formatDouble_data()
     {
-        QTest::addColumn<bool>("german");
-        QTest::addColumn<double>("value");
-        QTest::addColumn<QString>("format");
-        QTest::addColumn<QString>("expected");
+        QTest::addColumn<FormatDoubleCase>("c");
         auto row = [](const char *name, bool de, double v, const char *f, const char *e) {
-            QTest::newRow(name) << de << v << QString::fromUtf8(f) << QString::fromUtf8(e);
+            QTest::newRow(name) << FormatDoubleCase{de, v, QString::fromUtf8(f), QString::fromUtf8(e)};
         };
         // halves away from zero, on the 15 decimal digits rather than the binary value
         row("2.5 in 0", false, 2.5, "0", "3");
@@ -90,10 +94,8 @@ private slots:
     }
     void formatDouble()
     {
-        QFETCH(bool, german);
-        QFETCH(double, value);
-        QFETCH(QString, format);
-        QFETCH(QString, expected);
+        QFETCH(FormatDoubleCase, c);
+        const auto &[german, value, format, expected] = c;
         QCOMPARE(vbFormat(value, format, localeFor(german)), expected);
     }
 
@@ -121,12 +123,9 @@ private slots:
 
     void strAndCStr_data()
     {
-        QTest::addColumn<double>("value");
-        QTest::addColumn<QString>("str");
-        QTest::addColumn<QString>("cstrUS");
-        QTest::addColumn<QString>("cstrDE");
+        QTest::addColumn<StrAndCStrCase>("c");
         auto row = [](double v, const char *s, const char *us, const char *de) {
-            QTest::newRow(us) << v << QString::fromLatin1(s) << QString::fromLatin1(us) << QString::fromLatin1(de);
+            QTest::newRow(us) << StrAndCStrCase{v, QString::fromLatin1(s), QString::fromLatin1(us), QString::fromLatin1(de)};
         };
         row(5, " 5", "5", "5");
         row(0.5, " .5", "0.5", "0,5");
@@ -140,10 +139,8 @@ private slots:
     }
     void strAndCStr()
     {
-        QFETCH(double, value);
-        QFETCH(QString, str);
-        QFETCH(QString, cstrUS);
-        QFETCH(QString, cstrDE);
+        QFETCH(StrAndCStrCase, c);
+        const auto &[value, str, cstrUS, cstrDE] = c;
         QCOMPARE(vbStr(value), str);
         QCOMPARE(vbCStr(value, NumberLocale::enUS()), cstrUS);
         QCOMPARE(vbCStr(value, NumberLocale::deDE()), cstrDE);
@@ -179,29 +176,24 @@ private slots:
 
     void cdbl_data()
     {
-        QTest::addColumn<bool>("german");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<double>("expected");
-        QTest::addColumn<int>("error");
-        QTest::newRow("us 1,5") << false << "1,5" << 15.0 << 0;
-        QTest::newRow("de 1,5") << true << "1,5" << 1.5 << 0;
-        QTest::newRow("de 1.5") << true << "1.5" << 15.0 << 0;
-        QTest::newRow("us grouped") << false << " -1,234.5 " << -1234.5 << 0;
-        QTest::newRow("exponent") << false << "1e3" << 1000.0 << 0;
-        QTest::newRow("hex") << false << "&H10" << 16.0 << 0;
-        QTest::newRow("abc") << false << "abc" << 0.0 << 13;
-        QTest::newRow("empty") << true << "" << 0.0 << 13;
-        QTest::newRow("two marks") << false << "1.2.3" << 0.0 << 13;
-        QTest::newRow("trailing text") << false << "12x" << 0.0 << 13;
-        QTest::newRow("sign only") << false << "-" << 0.0 << 13;
-        QTest::newRow("overflow") << false << "1e400" << 0.0 << 6;
+        QTest::addColumn<CdblCase>("c");
+        QTest::newRow("us 1,5") << CdblCase{false, "1,5", 15.0, 0};
+        QTest::newRow("de 1,5") << CdblCase{true, "1,5", 1.5, 0};
+        QTest::newRow("de 1.5") << CdblCase{true, "1.5", 15.0, 0};
+        QTest::newRow("us grouped") << CdblCase{false, " -1,234.5 ", -1234.5, 0};
+        QTest::newRow("exponent") << CdblCase{false, "1e3", 1000.0, 0};
+        QTest::newRow("hex") << CdblCase{false, "&H10", 16.0, 0};
+        QTest::newRow("abc") << CdblCase{false, "abc", 0.0, 13};
+        QTest::newRow("empty") << CdblCase{true, "", 0.0, 13};
+        QTest::newRow("two marks") << CdblCase{false, "1.2.3", 0.0, 13};
+        QTest::newRow("trailing text") << CdblCase{false, "12x", 0.0, 13};
+        QTest::newRow("sign only") << CdblCase{false, "-", 0.0, 13};
+        QTest::newRow("overflow") << CdblCase{false, "1e400", 0.0, 6};
     }
     void cdbl()
     {
-        QFETCH(bool, german);
-        QFETCH(QString, text);
-        QFETCH(double, expected);
-        QFETCH(int, error);
+        QFETCH(CdblCase, c);
+        const auto &[german, text, expected, error] = c;
         double got = 0;
         QCOMPARE(errorOf([&] { got = vbCDbl(text, localeFor(german)); }), error);
         if (error == 0)
@@ -210,35 +202,30 @@ private slots:
 
     void integerConversion_data()
     {
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<double>("value");
-        QTest::addColumn<int>("expected");
-        QTest::addColumn<int>("error");
+        QTest::addColumn<IntegerConversionCase>("c");
         const double nan = std::numeric_limits<double>::quiet_NaN();
-        QTest::newRow("CInt 2.5") << "i" << 2.5 << 2 << 0;
-        QTest::newRow("CInt 3.5") << "i" << 3.5 << 4 << 0;
-        QTest::newRow("CInt -0.5") << "i" << -0.5 << 0 << 0;
-        QTest::newRow("CInt -2.5") << "i" << -2.5 << -2 << 0;
-        QTest::newRow("CInt 32767.49") << "i" << 32767.49 << 32767 << 0;
-        QTest::newRow("CInt 32767.5") << "i" << 32767.5 << 0 << 6;
-        QTest::newRow("CInt -32768.5") << "i" << -32768.5 << -32768 << 0;
-        QTest::newRow("CInt -32768.51") << "i" << -32768.51 << 0 << 6;
-        QTest::newRow("CInt NaN") << "i" << nan << 0 << 6;
-        QTest::newRow("CLng 8.5") << "l" << 8.5 << 8 << 0;
-        QTest::newRow("CLng 2147483647.5") << "l" << 2147483647.5 << 0 << 6;
-        QTest::newRow("CLng inf") << "l" << std::numeric_limits<double>::infinity() << 0 << 6;
-        QTest::newRow("CByte 254.5") << "b" << 254.5 << 254 << 0;
-        QTest::newRow("CByte 255.5") << "b" << 255.5 << 0 << 6;
-        QTest::newRow("CByte -0.5") << "b" << -0.5 << 0 << 0;
-        QTest::newRow("CByte -0.51") << "b" << -0.51 << 0 << 6;
-        QTest::newRow("date seconds") << "l" << (45000.5 + 10.0 / 86400 - 45000.5) * 86400 << 10 << 0;
+        QTest::newRow("CInt 2.5") << IntegerConversionCase{"i", 2.5, 2, 0};
+        QTest::newRow("CInt 3.5") << IntegerConversionCase{"i", 3.5, 4, 0};
+        QTest::newRow("CInt -0.5") << IntegerConversionCase{"i", -0.5, 0, 0};
+        QTest::newRow("CInt -2.5") << IntegerConversionCase{"i", -2.5, -2, 0};
+        QTest::newRow("CInt 32767.49") << IntegerConversionCase{"i", 32767.49, 32767, 0};
+        QTest::newRow("CInt 32767.5") << IntegerConversionCase{"i", 32767.5, 0, 6};
+        QTest::newRow("CInt -32768.5") << IntegerConversionCase{"i", -32768.5, -32768, 0};
+        QTest::newRow("CInt -32768.51") << IntegerConversionCase{"i", -32768.51, 0, 6};
+        QTest::newRow("CInt NaN") << IntegerConversionCase{"i", nan, 0, 6};
+        QTest::newRow("CLng 8.5") << IntegerConversionCase{"l", 8.5, 8, 0};
+        QTest::newRow("CLng 2147483647.5") << IntegerConversionCase{"l", 2147483647.5, 0, 6};
+        QTest::newRow("CLng inf") << IntegerConversionCase{"l", std::numeric_limits<double>::infinity(), 0, 6};
+        QTest::newRow("CByte 254.5") << IntegerConversionCase{"b", 254.5, 254, 0};
+        QTest::newRow("CByte 255.5") << IntegerConversionCase{"b", 255.5, 0, 6};
+        QTest::newRow("CByte -0.5") << IntegerConversionCase{"b", -0.5, 0, 0};
+        QTest::newRow("CByte -0.51") << IntegerConversionCase{"b", -0.51, 0, 6};
+        QTest::newRow("date seconds") << IntegerConversionCase{"l", (45000.5 + 10.0 / 86400 - 45000.5) * 86400, 10, 0};
     }
     void integerConversion()
     {
-        QFETCH(QString, kind);
-        QFETCH(double, value);
-        QFETCH(int, expected);
-        QFETCH(int, error);
+        QFETCH(IntegerConversionCase, c);
+        const auto &[kind, value, expected, error] = c;
         int got = 0;
         QCOMPARE(errorOf([&] {
                      got = kind == QLatin1String("i") ? vbCInt(value)
@@ -277,59 +264,49 @@ private slots:
 
     void like_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("pattern");
-        QTest::addColumn<bool>("caseSensitive");
-        QTest::addColumn<bool>("expected");
-        QTest::newRow("star") << "aBBBa" << "a*a" << true << true;
-        QTest::newRow("star backtracks") << "abcbc" << "a*bc" << true << true;
-        QTest::newRow("star needs the end") << "abcd" << "a*c" << true << false;
-        QTest::newRow("digit") << "a2a" << "a#a" << true << true;
-        QTest::newRow("binary case") << "abc" << "ABC" << true << false;
-        QTest::newRow("text case") << "abc" << "ABC" << false << true;
-        QTest::newRow("not in range") << "F" << "[!A-E]" << true << true;
-        QTest::newRow("in range") << "C" << "[!A-E]" << true << false;
-        QTest::newRow("range any case") << "c" << "[A-E]" << false << true;
-        QTest::newRow("star in brackets") << "a*" << "a[*]" << true << true;
-        QTest::newRow("question") << "dBuV" << "dB?V" << false << true;
-        QTest::newRow("anchored") << "xabc" << "abc" << false << false;
-        QTest::newRow("empty text") << "" << "*" << false << true;
-        QTest::newRow("unclosed bracket") << "a[b" << "a[b" << false << true;
-        QTest::newRow("name with quote") << "O'Neil" << "o'neil" << false << true;
+        QTest::addColumn<LikeCase>("c");
+        QTest::newRow("star") << LikeCase{"aBBBa", "a*a", true, true};
+        QTest::newRow("star backtracks") << LikeCase{"abcbc", "a*bc", true, true};
+        QTest::newRow("star needs the end") << LikeCase{"abcd", "a*c", true, false};
+        QTest::newRow("digit") << LikeCase{"a2a", "a#a", true, true};
+        QTest::newRow("binary case") << LikeCase{"abc", "ABC", true, false};
+        QTest::newRow("text case") << LikeCase{"abc", "ABC", false, true};
+        QTest::newRow("not in range") << LikeCase{"F", "[!A-E]", true, true};
+        QTest::newRow("in range") << LikeCase{"C", "[!A-E]", true, false};
+        QTest::newRow("range any case") << LikeCase{"c", "[A-E]", false, true};
+        QTest::newRow("star in brackets") << LikeCase{"a*", "a[*]", true, true};
+        QTest::newRow("question") << LikeCase{"dBuV", "dB?V", false, true};
+        QTest::newRow("anchored") << LikeCase{"xabc", "abc", false, false};
+        QTest::newRow("empty text") << LikeCase{"", "*", false, true};
+        QTest::newRow("unclosed bracket") << LikeCase{"a[b", "a[b", false, true};
+        QTest::newRow("name with quote") << LikeCase{"O'Neil", "o'neil", false, true};
     }
     void like()
     {
-        QFETCH(QString, text);
-        QFETCH(QString, pattern);
-        QFETCH(bool, caseSensitive);
-        QFETCH(bool, expected);
+        QFETCH(LikeCase, c);
+        const auto &[text, pattern, caseSensitive, expected] = c;
         QCOMPARE(vbLike(text, pattern, caseSensitive), expected);
     }
 
     void dates_data()
     {
-        QTest::addColumn<bool>("german");
-        QTest::addColumn<double>("date");
-        QTest::addColumn<QString>("general");
-        QTest::addColumn<QString>("longTime");
+        QTest::addColumn<DatesCase>("c");
         const double day = double(QDate(1899, 12, 30).daysTo(QDate(2024, 11, 21)));
         const double time = (15 * 3600 + 4 * 60 + 5) / 86400.0;
-        QTest::newRow("us date and time") << false << day + time << "11/21/2024 3:04:05 PM" << "3:04:05 PM";
-        QTest::newRow("de date and time") << true << day + time << "21.11.2024 15:04:05" << "15:04:05";
-        QTest::newRow("us midnight") << false << day << "11/21/2024" << "12:00:00 AM";
-        QTest::newRow("us noon no date") << false << 0.5 << "12:00:00 PM" << "12:00:00 PM";
-        QTest::newRow("de noon no date") << true << 0.5 << "12:00:00" << "12:00:00";
-        QTest::newRow("us 3.34") << false << 3.34 << "1/2/1900 8:09:36 AM" << "8:09:36 AM";
-        QTest::newRow("us 2.525") << false << 2.525 << "1/1/1900 12:36:00 PM" << "12:36:00 PM";
-        QTest::newRow("negative date") << true << -12.25 << "18.12.1899 06:00:00" << "06:00:00";
-        QTest::newRow("out of range") << false << 1e9 << "1000000000" << "1000000000";
+        QTest::newRow("us date and time") << DatesCase{false, day + time, "11/21/2024 3:04:05 PM", "3:04:05 PM"};
+        QTest::newRow("de date and time") << DatesCase{true, day + time, "21.11.2024 15:04:05", "15:04:05"};
+        QTest::newRow("us midnight") << DatesCase{false, day, "11/21/2024", "12:00:00 AM"};
+        QTest::newRow("us noon no date") << DatesCase{false, 0.5, "12:00:00 PM", "12:00:00 PM"};
+        QTest::newRow("de noon no date") << DatesCase{true, 0.5, "12:00:00", "12:00:00"};
+        QTest::newRow("us 3.34") << DatesCase{false, 3.34, "1/2/1900 8:09:36 AM", "8:09:36 AM"};
+        QTest::newRow("us 2.525") << DatesCase{false, 2.525, "1/1/1900 12:36:00 PM", "12:36:00 PM"};
+        QTest::newRow("negative date") << DatesCase{true, -12.25, "18.12.1899 06:00:00", "06:00:00"};
+        QTest::newRow("out of range") << DatesCase{false, 1e9, "1000000000", "1000000000"};
     }
     void dates()
     {
-        QFETCH(bool, german);
-        QFETCH(double, date);
-        QFETCH(QString, general);
-        QFETCH(QString, longTime);
+        QFETCH(DatesCase, c);
+        const auto &[german, date, general, longTime] = c;
         const NumberLocale l = localeFor(german);
         QCOMPARE(vbGeneralDate(date, l), general);
         QCOMPARE(vbLongTime(date, l), longTime);
