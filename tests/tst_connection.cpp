@@ -118,20 +118,6 @@ private slots:
         QCOMPARE(st.portopen, int16_t(0));
         QCOMPARE(bench.boxes().count(QStringLiteral("Serial - Error")), 1);
     }
-
-    void aVanishedAnalyserGivesOneBox()
-    {
-        SimBench bench;
-        QVERIFY(bench.connect());
-        bench.sim().stop();
-        st.command = QStringLiteral("#kl1");
-        sendcommand();
-        st.command = QStringLiteral("#KT");
-        querycommand();
-        QCOMPARE(st.portopen, int16_t(0));
-        QCOMPARE(st.ckrm, uint8_t(0));
-        QCOMPARE(bench.boxes().count(QStringLiteral("Serial - Error")), 1);
-    }
 };
 
 QTEST_MAIN(TestConnection)
