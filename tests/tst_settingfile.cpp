@@ -132,23 +132,17 @@ private slots:
     void longPathIsCutAtItsFixedLength()
     {
         test::TempProgramDir dir(false);
+        uiHooks().storeFormPositions = [] { st.formpos[6] = 1234; };  // forms place themselves first
         st.databasefile = QString(160, QLatin1Char('p'));
         writeSettingFile();
         const QByteArray written = readFile(dir.file("setting.def"));
         QCOMPARE(written.size(), kSettingFileSize);
+        QCOMPARE(qFromLittleEndian<int16_t>(written.constData() + 16), int16_t(1234));
         QCOMPARE(written.mid(47), QByteArray(150, 'p'));
         // A path with a character of more than one byte is not cut inside it.
         st.databasefile = QString(149, QLatin1Char('p')) + QStringLiteral("µ");
         writeSettingFile();
         QCOMPARE(readFile(dir.file("setting.def")).mid(47), QByteArray(149, 'p') + ' ');
-    }
-
-    void formsPutTheirPlacementBeforeWriting()
-    {
-        test::TempProgramDir dir(false);
-        uiHooks().storeFormPositions = [] { st.formpos[6] = 1234; };
-        writeSettingFile();
-        QCOMPARE(qFromLittleEndian<int16_t>(readFile(dir.file("setting.def")).constData() + 16), int16_t(1234));
     }
 
     void failedWriteShowsTheEmptyBox()

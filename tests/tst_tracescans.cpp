@@ -108,18 +108,7 @@ private slots:
     {
         RecordingPlot plot;
         setNumberLocale(NumberLocale::enUS());
-        st.viewsample = 1;
-        st.viewaverage = 0;
-        st.viewab = 1;
-        st.sampledate = 46000.5;  // noon
-        st.memorydate = 46000.75;
-        DrawPlot();
-        QCOMPARE(plot.caption(), QStringLiteral("Sam:12:00:00 PM   Mem:6:00:00 PM"));
-    }
-
-    void allTracesOffLeaveGridAndNoPeak()
-    {
-        RecordingPlot plot;
+        // All traces off: the grid, no caption, no peak.
         st.viewsample = 0;
         st.sampledata[500] = 100;
         DrawPlot();
@@ -127,6 +116,12 @@ private slots:
         QCOMPARE(plot.caption(), QString());
         QCOMPARE(st.peaklevel, int16_t(-1000));
         QVERIFY(!plot.p1.linesOf(7).empty());
+        st.viewsample = 1;
+        st.viewab = 1;
+        st.sampledate = 46000.5;  // noon
+        st.memorydate = 46000.75;
+        DrawPlot();
+        QCOMPARE(plot.caption(), QStringLiteral("Sam:12:00:00 PM   Mem:6:00:00 PM"));
     }
 
     void secondPassWhileOneRunsIsRefused()
