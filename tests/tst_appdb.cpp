@@ -141,11 +141,12 @@ private slots:
         QTest::addColumn<VersionsCase>("c");
         const QString init = QStringLiteral("Init Database|");
         const QStringList selection = {QStringLiteral("open|Select Database")};
-        QTest::newRow("0.9 and 1.1") << VersionsCase{QList<double>{0.9, 1.1}, QStringList(), 1.1f, true};
-        QTest::newRow("1.2") << VersionsCase{QList<double>{1.2}, QStringList(), 1.2f, true};
-        QTest::newRow("1.05") << VersionsCase{QList<double>{1.05}, QStringList{init + "Please use the actual Database-Version: 1.10 your Version: 1.05\r\rYou can not use all functions"}, 1.05f, true};
-        QTest::newRow("0.99") << VersionsCase{QList<double>{0.99}, QStringList{init + "Wrong Database-Version: 0.99\r\rAktuel: 1.10"} + selection, 0.99f, false};
-        QTest::newRow("no row") << VersionsCase{QList<double>{}, QStringList{init + "Database defekt or not found \r\r%1"} + selection, 1.0f, false};
+        QTest::newRow("0.9 and 1.1") << VersionsCase{{0.9, 1.1}, {}, 1.1f, true};
+        QTest::newRow("1.2") << VersionsCase{{1.2}, {}, 1.2f, true};
+        QTest::newRow("1.05") << VersionsCase{
+            {1.05}, {init + "Please use the actual Database-Version: 1.10 your Version: 1.05\r\rYou can not use all functions"}, 1.05f, true};
+        QTest::newRow("0.99") << VersionsCase{{0.99}, QStringList{init + "Wrong Database-Version: 0.99\r\rAktuel: 1.10"} + selection, 0.99f, false};
+        QTest::newRow("no row") << VersionsCase{{}, QStringList{init + "Database defekt or not found \r\r%1"} + selection, 1.0f, false};
     }
     void versions()
     {

@@ -44,12 +44,14 @@ private slots:
     {
         QTest::addColumn<LineFaultsCase>("c");
         // A wrong echo restarts the command from its first character with the buffer emptied.
-        QTest::newRow("one wrong echo") << LineFaultsCase{0, "#kl1", 1, 2, QStringList{"#kl1"}, QStringList()};
-        QTest::newRow("stray bytes before each command") << LineFaultsCase{1, "#kl1", 3, 1, QStringList{"#kl1", "#kl1", "#kl1"}, QStringList()};
-        QTest::newRow("two wrong echoes") << LineFaultsCase{2, "#kl1", 1, 2, QStringList(), QStringList{"Serial - Error| Data send error ( #kl1 )"}};
+        const QStringList thrice{"#kl1", "#kl1", "#kl1"};
+        QTest::newRow("one wrong echo") << LineFaultsCase{0, "#kl1", 1, 2, {"#kl1"}, {}};
+        QTest::newRow("stray bytes before each command") << LineFaultsCase{1, "#kl1", 3, 1, thrice, {}};
+        QTest::newRow("two wrong echoes") << LineFaultsCase{2, "#kl1", 1, 2, {}, {"Serial - Error| Data send error ( #kl1 )"}};
         // Unanswered, a setting goes out three times, each with one more carriage return.
-        QTest::newRow("unconfirmed setting") << LineFaultsCase{3, "#kl1", 1, 1, QStringList{"#kl1", "#kl1", "#kl1"}, QStringList{"Serial - Error| Data read error ( #kl1\r\r\r )"}};
-        QTest::newRow("unanswered query") << LineFaultsCase{3, "#VN", 1, 1, QStringList{"#VN"}, QStringList{"Serial - Error| Data read error ( #VN\r )"}};
+        QTest::newRow("unconfirmed setting")
+            << LineFaultsCase{3, "#kl1", 1, 1, thrice, {"Serial - Error| Data read error ( #kl1\r\r\r )"}};
+        QTest::newRow("unanswered query") << LineFaultsCase{3, "#VN", 1, 1, {"#VN"}, {"Serial - Error| Data read error ( #VN\r )"}};
     }
     void lineFaults()
     {
