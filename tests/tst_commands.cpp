@@ -61,18 +61,8 @@ private slots:
         SimBench bench;
         QVERIFY(bench.connect());
         bench.sim().withModel([](kt::Analyser &a) {
-            kt::Settings &s = a.settings();
-            s.centerfreq = 123.456;
-            s.span = 200;
-            s.reflevel = -20.5;
-            s.attenuator = 20;
-            s.bandwith = 9;
-            s.videofilter = 1;
-            s.dbperdiv = 5;
-            s.calc = 1;
-            s.shown = 3;
-            s.tgon = 1;
-            s.tglevel = -12.3;
+            a.settings() = {.centerfreq = 123.456, .span = 200, .reflevel = -20.5, .attenuator = 20, .bandwith = 9,
+                            .videofilter = 1, .dbperdiv = 5, .shown = 3, .calc = 1, .tgon = 1, .tglevel = -12.3};
         });
         bool uncal = false;
         uiHooks().uncalVisible = [&](bool on) { uncal = on; };

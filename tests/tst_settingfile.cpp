@@ -97,10 +97,6 @@ private slots:
         readSettingFile();
         QCOMPARE(boxesOf(boxes_), QStringList{"Load default settings|Generate new default settings"});
         QCOMPARE(st.formpos[4], int16_t(7200));
-        QCOMPARE(st.formpos[10], int16_t(4500));
-        QCOMPARE(st.formpos[15], int16_t(5300));
-        QCOMPARE(st.formpos[16], int16_t(6800));
-        QCOMPARE(st.formpos[12], int16_t(7000));
         QCOMPARE(st.comport, int16_t(2));
         QCOMPARE(st.baudrate, int32_t(19200));
         QCOMPARE(st.databasefile, QDir(dir.path()).filePath("default.mdb"));
