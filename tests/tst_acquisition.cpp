@@ -36,10 +36,7 @@ double analyserCentre(SimBench &bench)
 
 bool anyNonZero(const Trace &t)
 {
-    for (int i = 1; i <= 2001; ++i)
-        if (t[size_t(i)] != 0)
-            return true;
-    return false;
+    return std::any_of(t.begin() + 1, t.begin() + 2002, [](int16_t v) { return v != 0; });
 }
 }  // namespace
 
@@ -182,10 +179,7 @@ private slots:
         readtraces();
         QCOMPARE(bench.shown(), QStringList());
         const QStringList log = bench.log();
-        QStringList reads;
-        for (const QString &c : log)
-            if (c.startsWith(QLatin1String("#vm")) || c == QLatin1String("#bm1"))
-                reads << c;
+        const QStringList reads = log.filter(QRegularExpression(QStringLiteral("^#(vm|bm1$)")));
         QCOMPARE(reads.mid(0, 11), (QStringList{"#vm0", "#bm1", "#vm3", "#bm1", "#vm4", "#bm1", "#vm1", "#bm1", "#vm2",
                                                 "#bm1", "#vm0"}));
         QCOMPARE(log.mid(1, 2), (QStringList{"#rl", "#at"}));  // the block is converted with fresh values

@@ -20,10 +20,7 @@ double median(QByteArray bytes)
 }
 uint8_t maxByte(const QByteArray &bytes)
 {
-    uint8_t m = 0;
-    for (char c : bytes)
-        m = std::max(m, uint8_t(c));
-    return m;
+    return uint8_t(*std::max_element(bytes.begin(), bytes.end(), [](char a, char b) { return uint8_t(a) < uint8_t(b); }));
 }
 SimSettings around(double centre, int span, int rbw = 120)
 {
