@@ -230,7 +230,7 @@ private slots:
         QVERIFY(!readMeasurementTable(dir.filePath(QStringLiteral("missing.mes"))));
     }
 
-    void fileDrawsItsOwnLimitAndTraces()
+    void fileDrawsItsOwnLimitAndTracesWithoutButtonsOrPeak()
     {
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("f.mes"));
@@ -243,6 +243,7 @@ private slots:
         file.Close();
         RecordingPlot plot;
         st.filemode = 1;
+        st.mode = 1;
         st.measurefile = path;
         st.viewsample = 1;
         st.viewqpeak = 0;
@@ -258,21 +259,10 @@ private slots:
         const auto aveLimit = plot.p1.linesOf(9);
         QCOMPARE(int(aveLimit.size()), 2);
         QCOMPARE(aveLimit[1].y1, -165.0);
-    }
-
-    void fileScanDisablesTheButtonsAndLabelsTheSweep()
-    {
-        RecordingPlot plot;
-        st.filemode = 1;
-        st.mode = 1;
-        st.viewsample = 1;
-        plotSources().measurementRows = [] { return std::make_unique<VectorRows>(flatRows(10)); };
-        DrawPlot();
         QVERIFY(!plot.buttons[0] && !plot.buttons[1] && !plot.buttons[2]);
         QCOMPARE(plot.memory, QStringLiteral("Sweep"));
         QVERIFY(plot.caption().startsWith(QStringLiteral("Measure date: ")));
         QCOMPARE(st.peaklevel, int16_t(-1000));  // files track no peak
-        QCOMPARE(int(plot.p1.linesOf(2).size()), 10);
     }
 };
 
