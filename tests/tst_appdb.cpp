@@ -7,30 +7,17 @@
 #include "shell/state.h"
 #include "store/appdb.h"
 #include "support/programdir.h"
+#include "support/testfiles.h"
 
 #include <QAction>
 #include <QtTest>
 
 using namespace kw;
 
-namespace {
+using kwtest::boxesOf;
+using kwtest::readFile;
 
-QByteArray readAll(const QString &path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
-// Boxes as "kind|title|text", in the order shown.
-QStringList boxesOf(const ScriptedDialogs &d)
-{
-    QStringList list;
-    for (const ShownBox &b : d.shown)
-        list << b.kind + QLatin1Char('|') + b.title + (b.kind == QLatin1String("message") ? QLatin1Char('|') + b.text : QString());
-    return list;
-}
-
-}  // namespace
+struct VersionsCase { QList<double> versions; QStringList boxes; float dbversion; bool quasiPeakRead; };
 
 class TestAppDb : public QObject {
     Q_OBJECT
@@ -87,41 +74,31 @@ private slots:
     void deliveredDatabaseHangsTogether()
     {
         Database db = OpenDatabase(qEnvironmentVariable("KW_DEFAULT_MDB"));
-        Recordset units = db.OpenRecordset(QStringLiteral("unit"), dbOpenSnapshot);
-        units.FindFirst(QStringLiteral("unitname = 'DBMW'"));
-        QVERIFY(!units.NoMatch());
-        QCOMPARE(units.FieldNumber(QStringLiteral("unitoffset")), 0.0);
-        units.FindFirst(QStringLiteral("unitname like 'dBµV/m'"));
-        QCOMPARE(units.FieldNumber(QStringLiteral("unitoffset")), 107.0);
-
-        Recordset count = db.OpenRecordset(QStringLiteral("MeasureCount"), dbOpenSnapshot);
-        QCOMPARE(count.RecordCount(), 1);
-        Recordset heads = db.OpenRecordset(QStringLiteral("select * from limithead order by limitnr"), dbOpenSnapshot);
+        auto open = [&db](const char *sql) { return db.OpenRecordset(QString::fromUtf8(sql), dbOpenSnapshot); };
+        Recordset units = open("unit");
+        units.FindFirst("unitname like 'dBµV/m'");
+        QCOMPARE(units.FieldNumber("unitoffset"), 107.0);
+        Recordset count = open("MeasureCount");
+        Recordset heads = open("select * from limithead order by limitnr");
+        Recordset parts = open("select * from loshead order by losnr");
         heads.MoveLast();
-        QCOMPARE(count.FieldNumber(QStringLiteral("limitnr")), heads.FieldNumber(QStringLiteral("limitnr")));
-        for (heads.MoveFirst(); !heads.Eof(); heads.MoveNext()) {
-            const QString nr = heads.FieldText(QStringLiteral("limitnr"));
-            Recordset points = db.OpenRecordset(QStringLiteral("select * from limitdef where limitnr = ") + nr + QStringLiteral(" order by frequency"), dbOpenSnapshot);
-            QVERIFY2(points.RecordCount() >= 2, qPrintable(nr));
-            // Levels are dBmW: no limit of these standards lies above -20 dBmW or below -80.
-            for (; !points.Eof(); points.MoveNext())
-                QVERIFY(points.FieldNumber(QStringLiteral("level_dbmw")) < -20 && points.FieldNumber(QStringLiteral("level_dbmw")) > -80);
-        }
-        Recordset parts = db.OpenRecordset(QStringLiteral("select * from loshead order by losnr"), dbOpenSnapshot);
         parts.MoveLast();
-        QCOMPARE(count.FieldNumber(QStringLiteral("losnr")), parts.FieldNumber(QStringLiteral("losnr")));
-
-        Recordset configs = db.OpenRecordset(QStringLiteral("config"), dbOpenSnapshot);
-        Recordset tests = db.OpenRecordset(QStringLiteral("test"), dbOpenSnapshot);
+        QCOMPARE(count.FieldNumber("limitnr"), heads.FieldNumber("limitnr"));
+        QCOMPARE(count.FieldNumber("losnr"), parts.FieldNumber("losnr"));
+        // Every limit has a line; levels are dBmW, and no limit of these standards leaves -80..-20.
+        QCOMPARE(open("select * from limithead h where (select count(*) from limitdef d where d.limitnr = h.limitnr) < 2")
+                     .RecordCount(), 0);
+        QCOMPARE(open("select * from limitdef where level_dbmw >= -20 or level_dbmw <= -80").RecordCount(), 0);
+        Recordset configs = open("config");
+        Recordset tests = open("test");
         QCOMPARE(tests.RecordCount(), 2);
         for (; !tests.Eof(); tests.MoveNext()) {
-            configs.FindFirst(QStringLiteral("configname = '") + tests.FieldText(QStringLiteral("config")) + QLatin1Char('\''));
-            QVERIFY(!configs.NoMatch());
-            heads.FindFirst(QStringLiteral("limitnr = ") + tests.FieldText(QStringLiteral("peak")));
-            QVERIFY(!heads.NoMatch());
+            configs.FindFirst("configname = '" + tests.FieldText("config") + '\'');
+            heads.FindFirst("limitnr = " + tests.FieldText("peak"));
+            QVERIFY(!configs.NoMatch() && !heads.NoMatch());
         }
         for (configs.MoveFirst(); !configs.Eof(); configs.MoveNext()) {
-            parts.FindFirst(QStringLiteral("losnr = ") + configs.FieldText(QStringLiteral("devicea")));
+            parts.FindFirst("losnr = " + configs.FieldText("devicea"));
             QVERIFY(!parts.NoMatch());
         }
         db.Close();
@@ -161,30 +138,20 @@ private slots:
 
     void versions_data()
     {
-        QTest::addColumn<QList<double>>("versions");
-        QTest::addColumn<QStringList>("boxes");
-        QTest::addColumn<float>("dbversion");
-        QTest::addColumn<bool>("quasiPeakRead");
-        const QString init = QStringLiteral("message|Init Database|");
+        QTest::addColumn<VersionsCase>("c");
+        const QString init = QStringLiteral("Init Database|");
         const QStringList selection = {QStringLiteral("open|Select Database")};
-        QTest::newRow("0.9 and 1.1") << QList<double>{0.9, 1.1} << QStringList() << 1.1f << true;
-        QTest::newRow("1.2") << QList<double>{1.2} << QStringList() << 1.2f << true;
-        QTest::newRow("1.05") << QList<double>{1.05}
-                              << QStringList{init + "Please use the actual Database-Version: 1.10 your Version: 1.05\r\rYou can not use all functions"}
-                              << 1.05f << true;
-        QTest::newRow("1.09") << QList<double>{1.09}
-                              << QStringList{init + "Please use the actual Database-Version: 1.10 your Version: 1.09\r\rYou can not use all functions"}
-                              << 1.09f << true;
-        QTest::newRow("0.99") << QList<double>{0.99}
-                              << QStringList{init + "Wrong Database-Version: 0.99\r\rAktuel: 1.10"} + selection << 0.99f << false;
-        QTest::newRow("no row") << QList<double>{} << QStringList{init + "Database defekt or not found \r\r%1"} + selection << 1.0f << false;
+        QTest::newRow("0.9 and 1.1") << VersionsCase{{0.9, 1.1}, {}, 1.1f, true};
+        QTest::newRow("1.2") << VersionsCase{{1.2}, {}, 1.2f, true};
+        QTest::newRow("1.05") << VersionsCase{
+            {1.05}, {init + "Please use the actual Database-Version: 1.10 your Version: 1.05\r\rYou can not use all functions"}, 1.05f, true};
+        QTest::newRow("0.99") << VersionsCase{{0.99}, QStringList{init + "Wrong Database-Version: 0.99\r\rAktuel: 1.10"} + selection, 0.99f, false};
+        QTest::newRow("no row") << VersionsCase{{}, QStringList{init + "Database defekt or not found \r\r%1"} + selection, 1.0f, false};
     }
     void versions()
     {
-        QFETCH(QList<double>, versions);
-        QFETCH(QStringList, boxes);
-        QFETCH(float, dbversion);
-        QFETCH(bool, quasiPeakRead);
+        QFETCH(VersionsCase, c);
+        auto [versions, boxes, dbversion, quasiPeakRead] = c;
         test::TempProgramDir dir;
         st.databasefile = databaseWithVersions(dir, "work.mdb", versions);
         QVERIFY(!st.databasefile.isEmpty());
@@ -196,7 +163,7 @@ private slots:
         openApplicationDatabase();
         // A cancelled selection ends with its own box.
         if (!boxes.isEmpty() && boxes.last().startsWith(QLatin1String("open")))
-            boxes << QStringLiteral("message|Select Database|Use default Database ( %1 )");
+            boxes << QStringLiteral("Select Database|Use default Database ( %1 )");
         for (QString &b : boxes)
             b.replace(QStringLiteral("%1"), st.databasefile);
         QCOMPARE(boxesOf(boxes_), boxes);
@@ -211,18 +178,15 @@ private slots:
     {
         test::TempProgramDir dir;
         const QString text = dir.file("notes.mdb");
-        QFile f(text);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write("no database\n");
-        f.close();
+        QVERIFY(kwtest::writeFile(text, "no database\n"));
         st.databasefile = text;
         boxes_.files.push_back(dir.file("default.mdb"));
         openApplicationDatabase();
-        QCOMPARE(boxesOf(boxes_), (QStringList{"message|Init Database|Database defekt or not found \r\r" + text, "open|Select Database"}));
+        QCOMPARE(boxesOf(boxes_), (QStringList{"Init Database|Database defekt or not found \r\r" + text, "open|Select Database"}));
         QCOMPARE(st.databasefile, dir.file("default.mdb"));
         QCOMPARE(st.db.Name(), dir.file("default.mdb"));
         QCOMPARE(st.dbversion, 1.1f);
-        QCOMPARE(readAll(text), QByteArray("no database\n"));
+        QCOMPARE(readFile(text), QByteArray("no database\n"));
     }
 
     // A chosen file that fails leaves db on the open file: no word, though the name is taken.
@@ -231,20 +195,17 @@ private slots:
         test::TempProgramDir dir;
         st.databasefile = dir.file("default.mdb");
         openApplicationDatabase();
-        const QByteArray before = readAll(dir.file("default.mdb"));
+        const QByteArray before = readFile(dir.file("default.mdb"));
         const QString text = dir.file("notes.mdb");
-        QFile f(text);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write("no database\n");
-        f.close();
+        QVERIFY(kwtest::writeFile(text, "no database\n"));
         boxes_.files.push_back(text);
         selectDatabase();
         QCOMPARE(boxesOf(boxes_), QStringList{"open|Select Database"});
         QCOMPARE(st.databasefile, text);
         QCOMPARE(st.db.Name(), dir.file("default.mdb"));
         QCOMPARE(st.db.OpenRecordset(QStringLiteral("version"), dbOpenSnapshot).RecordCount(), 2);
-        QCOMPARE(readAll(text), QByteArray("no database\n"));
-        QCOMPARE(readAll(dir.file("default.mdb")), before);
+        QCOMPARE(readFile(text), QByteArray("no database\n"));
+        QCOMPARE(readFile(dir.file("default.mdb")), before);
     }
 
     void tooOldChoiceAsksAgain()
@@ -254,7 +215,7 @@ private slots:
         boxes_.files.push_back(old);
         boxes_.files.push_back(dir.file("default.mdb"));
         selectDatabase();
-        QCOMPARE(boxesOf(boxes_), (QStringList{"open|Select Database", "message|Init Database|Wrong Database-Version: 0.50\r\rAktuel: 1.10",
+        QCOMPARE(boxesOf(boxes_), (QStringList{"open|Select Database", "Init Database|Wrong Database-Version: 0.50\r\rAktuel: 1.10",
                                                 "open|Select Database"}));
         QCOMPARE(st.databasefile, dir.file("default.mdb"));
         QCOMPARE(st.db.Name(), dir.file("default.mdb"));
@@ -268,11 +229,11 @@ private slots:
         boxes_.files.push_back(dir.file("absent.mdb"));
         selectDatabase();
         QCOMPARE(boxesOf(boxes_), (QStringList{"open|Select Database",
-                                                "message|Init Database|Database defekt or a wrong format\r\r" + dir.file("absent.mdb")}));
+                                                "Init Database|Database defekt or a wrong format\r\r" + dir.file("absent.mdb")}));
         boxes_.shown.clear();
         boxes_.files.push_back(empty);
         selectDatabase();
-        QCOMPARE(boxesOf(boxes_), (QStringList{"open|Select Database", "message|Init Database|Database defekt or a wrong format\r\r" + empty}));
+        QCOMPARE(boxesOf(boxes_), (QStringList{"open|Select Database", "Init Database|Database defekt or a wrong format\r\r" + empty}));
         QCOMPARE(st.db.Name(), empty);
     }
 };

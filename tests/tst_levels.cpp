@@ -10,6 +10,11 @@
 
 using namespace kw;
 
+struct RawToCountCase { int raw; int dbperdiv; float attenuator; float reflevel; int count; };
+struct CorrectionRoundsHalvesToEvenCase { int count; float db; int result; };
+struct DistanceLawCase { float configdist; float lmaxdist; bool on; double db; };
+struct RangeTrackingCase { int min0; int max0; QList<int> levels; int min1; int max1; };
+
 class TestLevels : public QObject {
     Q_OBJECT
 private slots:
@@ -26,48 +31,35 @@ private slots:
 
     void rawToCount_data()
     {
-        QTest::addColumn<int>("raw");
-        QTest::addColumn<int>("dbperdiv");
-        QTest::addColumn<float>("attenuator");
-        QTest::addColumn<float>("reflevel");
-        QTest::addColumn<int>("count");
-        QTest::newRow("top of screen") << 227 << 10 << 10.0f << -30.0f << -50;
-        QTest::newRow("byte 0") << 0 << 10 << 10.0f << -30.0f << -277;
-        QTest::newRow("byte 255") << 255 << 10 << 10.0f << -30.0f << -22;
-        QTest::newRow("5 dB/div truncates -113.5") << 100 << 5 << 10.0f << -30.0f << -113;
-        QTest::newRow("5 dB/div merges 101 with 100") << 101 << 5 << 10.0f << -30.0f << -113;
-        QTest::newRow("5 dB/div above the top") << 228 << 5 << 10.0f << -30.0f << -49;
-        QTest::newRow("reference -27 truncates -42.5") << 227 << 10 << 10.0f << -27.0f << -42;
-        QTest::newRow("positive top truncates down") << 227 << 10 << 0.0f << 5.5f << 13;
+        QTest::addColumn<RawToCountCase>("c");
+        QTest::newRow("top of screen") << RawToCountCase{227, 10, 10.0f, -30.0f, -50};
+        QTest::newRow("byte 0") << RawToCountCase{0, 10, 10.0f, -30.0f, -277};
+        QTest::newRow("5 dB/div truncates -113.5") << RawToCountCase{100, 5, 10.0f, -30.0f, -113};
+        QTest::newRow("5 dB/div merges 101 with 100") << RawToCountCase{101, 5, 10.0f, -30.0f, -113};
+        QTest::newRow("5 dB/div above the top") << RawToCountCase{228, 5, 10.0f, -30.0f, -49};
+        QTest::newRow("reference -27 truncates -42.5") << RawToCountCase{227, 10, 10.0f, -27.0f, -42};
+        QTest::newRow("positive top truncates down") << RawToCountCase{227, 10, 0.0f, 5.5f, 13};
     }
     void rawToCount()
     {
-        QFETCH(int, raw);
-        QFETCH(int, dbperdiv);
-        QFETCH(float, attenuator);
-        QFETCH(float, reflevel);
-        QFETCH(int, count);
+        QFETCH(RawToCountCase, c);
+        const auto &[raw, dbperdiv, attenuator, reflevel, count] = c;
         QCOMPARE(int(rawtocount(raw, dbperdiv, attenuator, reflevel)), count);
     }
 
     void correctionRoundsHalvesToEven_data()
     {
-        QTest::addColumn<int>("count");
-        QTest::addColumn<float>("db");
-        QTest::addColumn<int>("result");
-        QTest::newRow("no correction") << -50 << 0.0f << -50;
-        QTest::newRow("-47.5 to -48") << -50 << 1.0f << -48;
-        QTest::newRow("-46.5 to -46") << -49 << 1.0f << -46;
-        QTest::newRow("-2.5 to -2") << 0 << -1.0f << -2;
-        QTest::newRow("13.5 to 14") << 6 << 3.0f << 14;
+        QTest::addColumn<CorrectionRoundsHalvesToEvenCase>("c");
+        QTest::newRow("no correction") << CorrectionRoundsHalvesToEvenCase{-50, 0.0f, -50};
+        QTest::newRow("-47.5 to -48") << CorrectionRoundsHalvesToEvenCase{-50, 1.0f, -48};
+        QTest::newRow("-46.5 to -46") << CorrectionRoundsHalvesToEvenCase{-49, 1.0f, -46};
         // A single-precision 0.2 lies a hair above 0.2, so the sum is no tie.
-        QTest::newRow("single 0.2 is no half") << -50 << 0.2f << -49;
+        QTest::newRow("single 0.2 is no half") << CorrectionRoundsHalvesToEvenCase{-50, 0.2f, -49};
     }
     void correctionRoundsHalvesToEven()
     {
-        QFETCH(int, count);
-        QFETCH(float, db);
-        QFETCH(int, result);
+        QFETCH(CorrectionRoundsHalvesToEvenCase, c);
+        const auto &[count, db, result] = c;
         QCOMPARE(int(addcorrection(int16_t(count), db)), result);
     }
 
@@ -83,65 +75,33 @@ private slots:
 
     void distanceLaw_data()
     {
-        QTest::addColumn<float>("configdist");
-        QTest::addColumn<float>("lmaxdist");
-        QTest::addColumn<bool>("on");
-        QTest::addColumn<double>("db");
-        QTest::newRow("3 m against 10 m") << 3.0f << 10.0f << true << 10.457574905606752;
-        QTest::newRow("10 m against 3 m") << 10.0f << 3.0f << true << -10.457574905606752;
-        QTest::newRow("equal") << 10.0f << 10.0f << true << 0.0;
-        QTest::newRow("no configuration distance") << 0.0f << 10.0f << true << 0.0;
-        QTest::newRow("no limit distance") << 3.0f << 0.0f << true << 0.0;
-        QTest::newRow("negative limit distance") << 3.0f << -10.0f << true << 0.0;
-        QTest::newRow("correction off") << 3.0f << 10.0f << false << 0.0;
+        QTest::addColumn<DistanceLawCase>("c");
+        QTest::newRow("3 m against 10 m") << DistanceLawCase{3.0f, 10.0f, true, 10.457574905606752};
+        QTest::newRow("equal") << DistanceLawCase{10.0f, 10.0f, true, 0.0};
+        QTest::newRow("no configuration distance") << DistanceLawCase{0.0f, 10.0f, true, 0.0};
+        QTest::newRow("no limit distance") << DistanceLawCase{3.0f, 0.0f, true, 0.0};
+        QTest::newRow("correction off") << DistanceLawCase{3.0f, 10.0f, false, 0.0};
     }
     void distanceLaw()
     {
-        QFETCH(float, configdist);
-        QFETCH(float, lmaxdist);
-        QFETCH(bool, on);
-        QFETCH(double, db);
+        QFETCH(DistanceLawCase, c);
+        const auto &[configdist, lmaxdist, on, db] = c;
         QVERIFY(qAbs(distanceterm(configdist, lmaxdist, on) - db) < 1e-5);
-    }
-
-    void distanceCaption()
-    {
-        st.correctionon = 1;
-        st.configdist = 3.0f;
-        st.lmaxdist = 10.0f;
-        QCOMPARE(distancecaption(), QStringLiteral("Distance from DUT: 3m offset -10.5dB"));
-        QCOMPARE(distancecorrection(), st.distancecorrection);
-        st.lmaxdist = 3.0f;
-        QCOMPARE(distancecaption(), QStringLiteral("Distance from DUT: 3m"));
-        st.configdist = 0.0f;
-        QCOMPARE(distancecaption(), QString());
-        st.configdist = 3.0f;
-        st.lmaxdist = 10.0f;
-        st.correctionon = 0;
-        QCOMPARE(distancecaption(), QString());
-        QCOMPARE(distancecorrection(), 0.0f);
     }
 
     void rangeTracking_data()
     {
-        QTest::addColumn<int>("min0");
-        QTest::addColumn<int>("max0");
-        QTest::addColumn<QList<int>>("levels");
-        QTest::addColumn<int>("min1");
-        QTest::addColumn<int>("max1");
-        QTest::newRow("first trace") << 1000 << -1000 << QList<int>{-277, -50, -120} << -287 << -40;
-        QTest::newRow("inside by less than 10") << -100 << 0 << QList<int>{-95, -5} << -100 << 0;
-        QTest::newRow("only the top moves") << -300 << -100 << QList<int>{-250, -60} << -300 << -50;
-        QTest::newRow("flat trace opens to 100") << 1000 << -1000 << QList<int>{-50, -50} << -60 << 40;
-        QTest::newRow("a trace well inside changes nothing") << -400 << 200 << QList<int>{-50} << -400 << 200;
+        QTest::addColumn<RangeTrackingCase>("c");
+        QTest::newRow("first trace") << RangeTrackingCase{1000, -1000, QList<int>{-277, -50, -120}, -287, -40};
+        QTest::newRow("inside by less than 10") << RangeTrackingCase{-100, 0, QList<int>{-95, -5}, -100, 0};
+        QTest::newRow("only the top moves") << RangeTrackingCase{-300, -100, QList<int>{-250, -60}, -300, -50};
+        QTest::newRow("flat trace opens to 100") << RangeTrackingCase{1000, -1000, QList<int>{-50, -50}, -60, 40};
+        QTest::newRow("a trace well inside changes nothing") << RangeTrackingCase{-400, 200, QList<int>{-50}, -400, 200};
     }
     void rangeTracking()
     {
-        QFETCH(int, min0);
-        QFETCH(int, max0);
-        QFETCH(QList<int>, levels);
-        QFETCH(int, min1);
-        QFETCH(int, max1);
+        QFETCH(RangeTrackingCase, c);
+        const auto &[min0, max0, levels, min1, max1] = c;
         st.grafikmin = int16_t(min0);
         st.grafikmax = int16_t(max0);
         RangeTrack r = beginrange();

@@ -11,6 +11,7 @@
 
 using namespace kw;
 using kwtest::RecordingPlot;
+using kwtest::plotFrame;
 
 namespace {
 
@@ -22,16 +23,10 @@ LimitLine limitOf(std::vector<LimitRow> rows, int16_t logflag = 0)
     return l;
 }
 
-void plotRange(float start, float stop)
-{
-    st.freqstart = start;
-    st.freqstop = stop;
-    st.span = int16_t(stop - start);
-    st.grafikmax = -50;
-    st.grafikmin = -250;
-}
-
 }  // namespace
+
+struct FormOfTheLineCase { bool logAxis; int logFlag; float f1; float l1; bool pieces; };
+struct WideningCase { float level; int min; int max; };
 
 class TestLimitWalk : public QObject {
     Q_OBJECT
@@ -46,7 +41,7 @@ private slots:
     void segmentsAreCutToThePlot()
     {
         RecordingPlot plot;
-        plotRange(100.0f, 200.0f);
+        plotFrame(100.0f, 200.0f);
         drawLimit(limitOf({{50.0f, -40.0f}, {150.0f, -60.0f}, {250.0f, -80.0f}}));
         const auto lines = plot.p1.linesOf(12);
         QCOMPARE(int(lines.size()), 2);
@@ -66,7 +61,7 @@ private slots:
     void segmentCutAtBothEndsEndsOffItsLine()
     {
         RecordingPlot plot;
-        plotRange(100.0f, 200.0f);
+        plotFrame(100.0f, 200.0f);
         drawLimit(limitOf({{0.0f, -40.0f}, {400.0f, -80.0f}}));
         const auto lines = plot.p1.linesOf(12);
         QCOMPARE(int(lines.size()), 1);
@@ -79,17 +74,14 @@ private slots:
     void rowsOutsideTheSpanDrawNothingYetCount()
     {
         RecordingPlot plot;
-        plotRange(100.0f, 200.0f);
+        plotFrame(100.0f, 200.0f);
         drawLimit(limitOf({{300.0f, -40.0f}, {400.0f, -30.0f}, {500.0f, -90.0f}}));
         QCOMPARE(int(plot.p1.lines.size()), 0);
         QCOMPARE(st.limithigh, int16_t(-30));
         QCOMPARE(st.limitlow, int16_t(-90));
-    }
-
-    void singleRowDrawsNothing()
-    {
-        RecordingPlot plot;
-        plotRange(100.0f, 200.0f);
+        // A single row is neither drawn nor counted.
+        st.limitlow = 2000;
+        st.limithigh = -2000;
         drawLimit(limitOf({{150.0f, -40.0f}}));
         QCOMPARE(int(plot.p1.lines.size()), 0);
         QCOMPARE(st.limitlow, int16_t(2000));
@@ -98,27 +90,20 @@ private slots:
 
     void formOfTheLine_data()
     {
-        QTest::addColumn<bool>("logAxis");
-        QTest::addColumn<int>("logFlag");
-        QTest::addColumn<float>("f1");
-        QTest::addColumn<float>("l1");
-        QTest::addColumn<bool>("pieces");
-        QTest::newRow("linear limit, linear axis") << false << 0 << 900.0f << -60.0f << false;
-        QTest::newRow("log limit, log axis") << true << -1 << 900.0f << -60.0f << false;
-        QTest::newRow("linear limit, log axis") << true << 0 << 900.0f << -60.0f << true;
-        QTest::newRow("log limit, linear axis") << false << -1 << 900.0f << -60.0f << true;
-        QTest::newRow("equal levels are always straight") << true << 0 << 900.0f << -40.0f << false;
-        QTest::newRow("rows 0.0005 MHz apart are straight") << true << 0 << 100.0005f << -60.0f << false;
+        QTest::addColumn<FormOfTheLineCase>("c");
+        QTest::newRow("linear limit, linear axis") << FormOfTheLineCase{false, 0, 900.0f, -60.0f, false};
+        QTest::newRow("log limit, log axis") << FormOfTheLineCase{true, -1, 900.0f, -60.0f, false};
+        QTest::newRow("linear limit, log axis") << FormOfTheLineCase{true, 0, 900.0f, -60.0f, true};
+        QTest::newRow("log limit, linear axis") << FormOfTheLineCase{false, -1, 900.0f, -60.0f, true};
+        QTest::newRow("equal levels are always straight") << FormOfTheLineCase{true, 0, 900.0f, -40.0f, false};
+        QTest::newRow("rows 0.0005 MHz apart are straight") << FormOfTheLineCase{true, 0, 100.0005f, -60.0f, false};
     }
     void formOfTheLine()
     {
-        QFETCH(bool, logAxis);
-        QFETCH(int, logFlag);
-        QFETCH(float, f1);
-        QFETCH(float, l1);
-        QFETCH(bool, pieces);
+        QFETCH(FormOfTheLineCase, c);
+        const auto &[logAxis, logFlag, f1, l1, pieces] = c;
         RecordingPlot plot;
-        plotRange(10.0f, 1000.0f);
+        plotFrame(10.0f, 1000.0f);
         st.logaxis = logAxis;
         ComputeDecades();
         drawLimit(limitOf({{100.0f, -40.0f}, {f1, l1}}, int16_t(logFlag)));
@@ -132,7 +117,7 @@ private slots:
     void logLimitOnALinearAxisBendsTheRightWay()
     {
         RecordingPlot plot;
-        plotRange(10.0f, 1000.0f);
+        plotFrame(10.0f, 1000.0f);
         drawLimit(limitOf({{100.0f, -40.0f}, {1000.0f, -60.0f}}, -1));
         // Halfway in frequency a log-interpolated level has gone most of the way down already.
         const auto lines = plot.p1.linesOf(12);
@@ -144,7 +129,7 @@ private slots:
     void zeroSpanDrawsTheLevelAtTheFrequency()
     {
         RecordingPlot plot;
-        plotRange(150.0f, 150.0f);
+        plotFrame(150.0f, 150.0f);
         st.span = 0;
         drawLimit(limitOf({{100.0f, -40.0f}, {200.0f, -60.0f}}));
         const auto lines = plot.p1.linesOf(12);
@@ -163,31 +148,35 @@ private slots:
 
     void widening_data()
     {
-        QTest::addColumn<float>("level");
-        QTest::addColumn<int>("min");
-        QTest::addColumn<int>("max");
+        QTest::addColumn<WideningCase>("c");
         // The scale is -20..-100 dB in plot units (-50..-250); the limit's extent is in dB.
-        QTest::newRow("inside the plot") << -60.0f << -250 << -50;
-        QTest::newRow("above the top in dB widens the top to the dB value") << -40.0f << -250 << -40;
-        QTest::newRow("below the plot in plot units but not in dB stays") << -110.0f << -250 << -50;
-        QTest::newRow("below the bottom in dB widens") << -300.0f << -300 << -50;
+        QTest::newRow("inside the plot") << WideningCase{-60.0f, -250, -50};
+        QTest::newRow("above the top in dB widens the top to the dB value") << WideningCase{-40.0f, -250, -40};
+        QTest::newRow("below the plot in plot units but not in dB stays") << WideningCase{-110.0f, -250, -50};
+        QTest::newRow("below the bottom in dB widens") << WideningCase{-300.0f, -300, -50};
     }
     void widening()
     {
-        QFETCH(float, level);
-        QFETCH(int, min);
-        QFETCH(int, max);
+        QFETCH(WideningCase, c);
+        const auto &[level, min, max] = c;
         RecordingPlot plot;
-        plotRange(0.0f, 1000.0f);
+        plotFrame(0.0f, 1000.0f);
         st.viewlimitmax = 1;
+        st.viewlimitave = 1;
+        // The average limit, 10 dB lower, is drawn after the max hold limit, thick.
         plotSources().limitRows = [level](bool maxHold) {
-            return maxHold ? std::vector<LimitRow>{{100.0f, level}, {900.0f, level}} : std::vector<LimitRow>{};
+            const float l = maxHold ? level : -70.0f;
+            return std::vector<LimitRow>{{100.0f, l}, {900.0f, l}};
         };
         DrawPlot();
         QCOMPARE(st.grafikmin, int16_t(min));
         QCOMPARE(st.grafikmax, int16_t(max));
-        // A restart repaints everything: the last pass holds one limit line only.
+        // A restart repaints everything: the last pass holds one line of each limit only.
         QCOMPARE(int(plot.p1.linesOf(12).size()), 1);
+        const auto average = plot.p1.linesOf(9);
+        QCOMPARE(int(average.size()), 1);
+        QCOMPARE(average[0].y1, -175.0);
+        QCOMPARE(average[0].width, 2);
     }
 
     void noScaleYetNoLimitAndNoWidening()
@@ -204,23 +193,6 @@ private slots:
         QCOMPARE(asked, 0);
         QCOMPARE(st.grafikmin, int16_t(1000));
         QCOMPARE(st.grafikmax, int16_t(-1000));
-    }
-
-    void averageLimitAfterTheMaxHoldLimit()
-    {
-        RecordingPlot plot;
-        plotRange(0.0f, 1000.0f);
-        st.viewlimitmax = 1;
-        st.viewlimitave = 1;
-        plotSources().limitRows = [](bool maxHold) {
-            const float l = maxHold ? -60.0f : -70.0f;
-            return std::vector<LimitRow>{{100.0f, l}, {900.0f, l}};
-        };
-        DrawPlot();
-        QCOMPARE(int(plot.p1.linesOf(12).size()), 1);
-        QCOMPARE(int(plot.p1.linesOf(9).size()), 1);
-        QCOMPARE(plot.p1.linesOf(9)[0].y1, -175.0);
-        QCOMPARE(plot.p1.linesOf(9)[0].width, 2);
     }
 };
 

@@ -10,26 +10,13 @@
 
 using namespace kw;
 using kwtest::RecordingPlot;
+using kwtest::plotFrame;
 
-namespace {
-
-int countVertical(const kwtest::RecordingSurface &s, int colour)
-{
-    int n = 0;
-    for (const auto &l : s.linesOf(colour))
-        n += l.x1 == l.x2 ? 1 : 0;
-    return n;
-}
-
-QStringList texts(const kwtest::RecordingSurface &s)
-{
-    QStringList out;
-    for (const auto &t : s.texts)
-        out << t.text;
-    return out;
-}
-
-}  // namespace
+struct DecadesCase { float start; float stop; float low; float high; float step; };
+struct FrequencyToXCase { bool log; float frequency; double x; };
+struct FrequencyTextCase { float frequency; QString text; QString zeroSpan; };
+struct LevelGridCase { float reflevel; int dbperdiv; int top; float unitoffset; double firstLine; QString firstLabel; };
+struct DistanceCaptionCase { int correction; float configdist; float limitdist; bool visible; QString text; };
 
 class TestPlotAxes : public QObject {
     Q_OBJECT
@@ -38,24 +25,17 @@ private slots:
 
     void decades_data()
     {
-        QTest::addColumn<float>("start");
-        QTest::addColumn<float>("stop");
-        QTest::addColumn<float>("low");
-        QTest::addColumn<float>("high");
-        QTest::addColumn<float>("step");
-        QTest::newRow("start at or below 0.002") << 0.002f << 30.0f << 0.001f << 40.0f << 0.001f;
-        QTest::newRow("between 9 and 10 of a decade jumps above the start") << 0.0095f << 1000.0f << 0.01f << 2000.0f << 0.01f;
-        QTest::newRow("exactly a digit stands on that digit") << 3.0f << 1000.0f << 3.0f << 2000.0f << 1.0f;
-        QTest::newRow("inside a decade rounds down to its digit") << 0.15f << 80.0f << 0.1f << 90.0f << 0.1f;
-        QTest::newRow("stop on a digit goes to the next") << 30.0f << 300.0f << 30.0f << 400.0f << 10.0f;
+        QTest::addColumn<DecadesCase>("c");
+        QTest::newRow("start at or below 0.002") << DecadesCase{0.002f, 30.0f, 0.001f, 40.0f, 0.001f};
+        QTest::newRow("between 9 and 10 of a decade jumps above the start") << DecadesCase{0.0095f, 1000.0f, 0.01f, 2000.0f, 0.01f};
+        QTest::newRow("exactly a digit stands on that digit") << DecadesCase{3.0f, 1000.0f, 3.0f, 2000.0f, 1.0f};
+        QTest::newRow("inside a decade rounds down to its digit") << DecadesCase{0.15f, 80.0f, 0.1f, 90.0f, 0.1f};
+        QTest::newRow("stop on a digit goes to the next") << DecadesCase{30.0f, 300.0f, 30.0f, 400.0f, 10.0f};
     }
     void decades()
     {
-        QFETCH(float, start);
-        QFETCH(float, stop);
-        QFETCH(float, low);
-        QFETCH(float, high);
-        QFETCH(float, step);
+        QFETCH(DecadesCase, c);
+        const auto &[start, stop, low, high, step] = c;
         st.freqstart = start;
         st.freqstop = stop;
         ComputeDecades();
@@ -74,22 +54,19 @@ private slots:
 
     void frequencyToX_data()
     {
-        QTest::addColumn<bool>("log");
-        QTest::addColumn<float>("frequency");
-        QTest::addColumn<double>("x");
-        QTest::newRow("linear quarter") << false << 750.0f << 250000.0;
-        QTest::newRow("linear truncates") << false << 1.0f << 333.0;
-        QTest::newRow("linear below start") << false << -1.0f << -333.0;
-        QTest::newRow("log left edge") << true << 0.1f << 0.0;
-        QTest::newRow("log 0 Hz is the left edge") << true << 0.0f << 0.0;
-        QTest::newRow("log right edge") << true << 1000.0f << 1000000.0;
-        QTest::newRow("log a decade in") << true << 1.0f << 250000.0;
+        QTest::addColumn<FrequencyToXCase>("c");
+        QTest::newRow("linear quarter") << FrequencyToXCase{false, 750.0f, 250000.0};
+        QTest::newRow("linear truncates") << FrequencyToXCase{false, 1.0f, 333.0};
+        QTest::newRow("linear below start") << FrequencyToXCase{false, -1.0f, -333.0};
+        QTest::newRow("log left edge") << FrequencyToXCase{true, 0.1f, 0.0};
+        QTest::newRow("log 0 Hz is the left edge") << FrequencyToXCase{true, 0.0f, 0.0};
+        QTest::newRow("log right edge") << FrequencyToXCase{true, 1000.0f, 1000000.0};
+        QTest::newRow("log a decade in") << FrequencyToXCase{true, 1.0f, 250000.0};
     }
     void frequencyToX()
     {
-        QFETCH(bool, log);
-        QFETCH(float, frequency);
-        QFETCH(double, x);
+        QFETCH(FrequencyToXCase, c);
+        const auto &[log, frequency, x] = c;
         st.freqstart = 0.0f;
         st.freqstop = 3000.0f;
         st.logaxis = log;
@@ -100,20 +77,17 @@ private slots:
 
     void frequencyText_data()
     {
-        QTest::addColumn<float>("frequency");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("zeroSpan");
-        QTest::newRow("below 1 MHz") << 0.9999f << "999.9K" << "Zerospan / Freq: 999.9K";
-        QTest::newRow("exactly 1 MHz") << 1.0f << "1.00M" << "Zerospan / Freq: 1.00M";
-        QTest::newRow("MHz") << 433.92f << "433.92M" << "Zerospan / Freq: 433.92M";
-        QTest::newRow("exactly 1000 MHz") << 1000.0f << "1.000G" << "Zerospan / Freq: 1.00G";
-        QTest::newRow("GHz") << 1500.0f << "1.500G" << "Zerospan / Freq: 1.50G";
+        QTest::addColumn<FrequencyTextCase>("c");
+        QTest::newRow("below 1 MHz") << FrequencyTextCase{0.9999f, "999.9K", "Zerospan / Freq: 999.9K"};
+        QTest::newRow("exactly 1 MHz") << FrequencyTextCase{1.0f, "1.00M", "Zerospan / Freq: 1.00M"};
+        QTest::newRow("MHz") << FrequencyTextCase{433.92f, "433.92M", "Zerospan / Freq: 433.92M"};
+        QTest::newRow("exactly 1000 MHz") << FrequencyTextCase{1000.0f, "1.000G", "Zerospan / Freq: 1.00G"};
+        QTest::newRow("GHz") << FrequencyTextCase{1500.0f, "1.500G", "Zerospan / Freq: 1.50G"};
     }
     void frequencyText()
     {
-        QFETCH(float, frequency);
-        QFETCH(QString, text);
-        QFETCH(QString, zeroSpan);
+        QFETCH(FrequencyTextCase, c);
+        const auto &[frequency, text, zeroSpan] = c;
         setNumberLocale(NumberLocale::enUS());
         QCOMPARE(FormatFrequency(frequency), text);
         QCOMPARE(zeroSpanText(frequency), zeroSpan);
@@ -122,10 +96,7 @@ private slots:
     void linearGridBelowZeroHz()
     {
         RecordingPlot plot;
-        st.freqstart = -250.0f;
-        st.freqstop = 750.0f;
-        st.grafikmax = -50;
-        st.grafikmin = -250;
+        plotFrame(-250.0f, 750.0f);
         SetPlotScale();
         DrawFrequencyGrid();
         // A thick black line marks 0 Hz at a quarter of the width, in place of the left label.
@@ -134,7 +105,7 @@ private slots:
         QCOMPARE(zero[0].x1, 250000.0);
         QCOMPARE(zero[0].width, 2);
         // Tenths at -150 and -50 MHz lie left of the plot and are dropped.
-        QCOMPARE(countVertical(plot.p1, 7), 7);
+        QCOMPARE(plot.p1.verticalsOf(7), 7);
         QCOMPARE(int(plot.p3.texts.size()), 8);
         QCOMPARE(plot.p3.texts.front().x, 300000.0);  // the first label is at 50 MHz, where it starts
         QCOMPARE(plot.p3.texts.front().colour, 5);
@@ -144,33 +115,26 @@ private slots:
     {
         RecordingPlot plot;
         setNumberLocale(NumberLocale::enUS());
-        st.freqstart = 0.15f;
-        st.freqstop = 80.0f;
+        plotFrame(0.15f, 80.0f);
         st.logaxis = 1;
-        st.grafikmax = -50;
-        st.grafikmin = -250;
         SetPlotScale();
         QVERIFY(plot.logEnabled);
         DrawFrequencyGrid();
         // Digits 1..9 of the first decade, 2..9 of the next, 2..8 of the last below 90 MHz.
-        QCOMPARE(countVertical(plot.p1, 7), 24);
-        QCOMPARE(countVertical(plot.p1, 8), 2);
-        QCOMPARE(texts(plot.p3), QStringList({"100.0K", "1.00M", "10.00M", "90.00M"}));
+        QCOMPARE(plot.p1.verticalsOf(7), 24);
+        QCOMPARE(plot.p1.verticalsOf(8), 2);
+        QCOMPARE(plot.p3.textList(), QStringList({"100.0K", "1.00M", "10.00M", "90.00M"}));
     }
 
     void zeroSpanHasOnlyItsText()
     {
         RecordingPlot plot;
         setNumberLocale(NumberLocale::enUS());
-        st.freqstart = 433.92f;
-        st.freqstop = 433.92f;
-        st.span = 0;
+        plotFrame(433.92f, 433.92f);
         st.logaxis = 1;  // zero span of a live plot wins over "Log"
-        st.grafikmax = -50;
-        st.grafikmin = -250;
         DrawFrequencyGrid();
         QCOMPARE(int(plot.p1.lines.size()), 0);
-        QCOMPARE(texts(plot.p3), QStringList({"Zerospan / Freq: 433.92M"}));
+        QCOMPARE(plot.p3.textList(), QStringList({"Zerospan / Freq: 433.92M"}));
         QCOMPARE(plot.p3.texts[0].x, 1000.0);
         QCOMPARE(plot.p3.texts[0].y, 10.0);
         // A stepped result with a span below 1 takes the linear axis instead.
@@ -197,32 +161,16 @@ private slots:
 
     void levelGrid_data()
     {
-        QTest::addColumn<float>("reflevel");
-        QTest::addColumn<int>("dbperdiv");
-        QTest::addColumn<int>("top");
-        QTest::addColumn<float>("unitoffset");
-        QTest::addColumn<QList<double>>("lines");
-        QTest::addColumn<QString>("firstLabel");
-        QTest::newRow("anchored on the reference line")
-            << -30.0f << 10 << -40 << 0.0f << QList<double>{-50, -75, -100, -125, -150, -175, -200, -225, -250} << "-20.0";
-        QTest::newRow("5 dB doubles the lines")
-            << -30.0f << 5 << -50 << 0.0f
-            << QList<double>{-50, -62.5, -75, -87.5, -100, -112.5, -125, -137.5, -150, -162.5, -175, -187.5, -200,
-                             -212.5, -225, -237.5, -250}
-            << "-20.0";
-        QTest::newRow("reference above the plot hangs from the top")
-            << -10.0f << 10 << -40 << 0.0f << QList<double>{-40, -65, -90, -115, -140, -165, -190, -215, -240} << "-16.0";
-        QTest::newRow("unit offset changes only the labels")
-            << -30.0f << 10 << -50 << 107.0f << QList<double>{-50, -75, -100, -125, -150, -175, -200, -225, -250} << "87.0";
+        QTest::addColumn<LevelGridCase>("c");
+        QTest::newRow("anchored on the reference line") << LevelGridCase{-30.0f, 10, -40, 0.0f, -50.0, "-20.0"};
+        QTest::newRow("5 dB doubles the lines") << LevelGridCase{-30.0f, 5, -50, 0.0f, -50.0, "-20.0"};
+        QTest::newRow("reference above the plot hangs from the top") << LevelGridCase{-10.0f, 10, -40, 0.0f, -40.0, "-16.0"};
+        QTest::newRow("unit offset changes only the labels") << LevelGridCase{-30.0f, 10, -50, 107.0f, -50.0, "87.0"};
     }
     void levelGrid()
     {
-        QFETCH(float, reflevel);
-        QFETCH(int, dbperdiv);
-        QFETCH(int, top);
-        QFETCH(float, unitoffset);
-        QFETCH(QList<double>, lines);
-        QFETCH(QString, firstLabel);
+        QFETCH(LevelGridCase, c);
+        const auto &[reflevel, dbperdiv, top, unitoffset, firstLine, firstLabel] = c;
         RecordingPlot plot;
         setNumberLocale(NumberLocale::enUS());
         st.reflevel = reflevel;
@@ -233,12 +181,14 @@ private slots:
         st.grafikmin = -250;
         SetPlotScale();
         DrawLevelGrid();
-        QList<double> drawn;
+        QList<double> drawn, expected;
         for (const auto &l : plot.p1.linesOf(7))
             drawn << l.y1;
         std::sort(drawn.begin(), drawn.end(), std::greater<>());
-        QCOMPARE(drawn, lines);
-        QVERIFY(texts(plot.p2).contains(firstLabel));
+        for (double y = firstLine; y >= -250; y -= dbperdiv * 2.5)
+            expected << y;
+        QCOMPARE(drawn, expected);
+        QVERIFY(plot.p2.textList().contains(firstLabel));
         QCOMPARE(plot.p2.scaleTop(), double(top));
     }
 
@@ -253,24 +203,17 @@ private slots:
 
     void distanceCaption_data()
     {
-        QTest::addColumn<int>("correction");
-        QTest::addColumn<float>("configdist");
-        QTest::addColumn<float>("limitdist");
-        QTest::addColumn<bool>("visible");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("offset to the limit's distance") << 1 << 3.0f << 10.0f << true << "Distance from DUT:  3m offset -10.5dB";
-        QTest::newRow("same distance") << 1 << 3.0f << 3.0f << true << "Distance from DUT:  3m";
-        QTest::newRow("limit without distance") << 1 << 10.0f << 0.0f << true << "Distance from DUT:  10m";
-        QTest::newRow("correction off") << 0 << 3.0f << 10.0f << false << "";
-        QTest::newRow("no distance") << 1 << 0.0f << 10.0f << false << "";
+        QTest::addColumn<DistanceCaptionCase>("c");
+        QTest::newRow("offset to the limit's distance") << DistanceCaptionCase{1, 3.0f, 10.0f, true, "Distance from DUT:  3m offset -10.5dB"};
+        QTest::newRow("same distance") << DistanceCaptionCase{1, 3.0f, 3.0f, true, "Distance from DUT:  3m"};
+        QTest::newRow("limit without distance") << DistanceCaptionCase{1, 10.0f, 0.0f, true, "Distance from DUT:  10m"};
+        QTest::newRow("correction off") << DistanceCaptionCase{0, 3.0f, 10.0f, false, ""};
+        QTest::newRow("no distance") << DistanceCaptionCase{1, 0.0f, 10.0f, false, ""};
     }
     void distanceCaption()
     {
-        QFETCH(int, correction);
-        QFETCH(float, configdist);
-        QFETCH(float, limitdist);
-        QFETCH(bool, visible);
-        QFETCH(QString, text);
+        QFETCH(DistanceCaptionCase, c);
+        const auto &[correction, configdist, limitdist, visible, text] = c;
         RecordingPlot plot;
         setNumberLocale(NumberLocale::enUS());
         st.correctionon = uint8_t(correction);

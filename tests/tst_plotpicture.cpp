@@ -9,6 +9,7 @@
 #include "shell/mdi.h"
 #include "shell/startup.h"
 #include "shell/uihooks.h"
+#include "support/recordingplot.h"
 #include "support/simfixture.h"
 #include "shell/state.h"
 
@@ -48,6 +49,18 @@ struct Probe {
     }
 };
 
+// A shown plot form with the frame above and a flat Sample trace at kTraceLevel.
+void showWithTrace(Grafik &form)
+{
+    form.resize(900, 600);
+    form.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&form));
+    kwtest::plotFrame(0.0f, 1000.0f);
+    st.viewsample = 1;
+    for (int i = 1; i <= 2001; ++i)
+        st.sampledata[size_t(i)] = kTraceLevel;
+}
+
 }  // namespace
 
 class TestPlotPicture : public QObject {
@@ -63,23 +76,10 @@ private slots:
     void traceLimitAndGridHaveTheirColours()
     {
         Grafik form;
-        form.resize(900, 600);
-        form.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&form));
-        st.freqstart = 0.0f;
-        st.freqstop = 1000.0f;
-        st.span = 1000;
-        st.grafikmax = kTop;
-        st.grafikmin = kBottom;
-        st.viewsample = 1;
-        for (int i = 1; i <= 2001; ++i)
-            st.sampledata[size_t(i)] = kTraceLevel;
+        showWithTrace(form);
         st.viewlimitmax = 1;
         plotSources().limitRows = [](bool maxHold) {
-            std::vector<LimitRow> rows;
-            if (maxHold)
-                rows = {{100.0f, -60.0f}, {900.0f, -80.0f}};
-            return rows;
+            return maxHold ? std::vector<LimitRow>{{100.0f, -60.0f}, {900.0f, -80.0f}} : std::vector<LimitRow>{};
         };
 
         DrawPlot();
@@ -112,13 +112,7 @@ private slots:
     void eraseLeavesAnEmptyGridAndACoveredWindowComesBackFromTheImage()
     {
         Grafik form;
-        form.resize(900, 600);
-        form.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&form));
-        st.grafikmax = kTop;
-        st.grafikmin = kBottom;
-        for (int i = 1; i <= 2001; ++i)
-            st.sampledata[size_t(i)] = kTraceLevel;
+        showWithTrace(form);
         DrawPlot();
         eraseall();
         QCOMPARE(st.grafikmin, int16_t(1000));

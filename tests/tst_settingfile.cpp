@@ -4,50 +4,35 @@
 #include "shell/uihooks.h"
 #include "store/settingfile.h"
 #include "support/programdir.h"
+#include "support/testfiles.h"
 
+#include <QDataStream>
 #include <QDir>
 #include <QtEndian>
 #include <QtTest>
 
 using namespace kw;
+using kwtest::boxesOf;
+using kwtest::readFile;
 
 namespace {
-
-QByteArray readAll(const QString &path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
-void writeAll(const QString &path, const QByteArray &bytes)
-{
-    QFile f(path);
-    QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    f.write(bytes);
-}
 
 // A record as another run left it: every slot holds a value of its own.
 QByteArray sampleRecord(const QByteArray &path)
 {
     QByteArray r("def01");
-    r.append(char(7));
-    for (int i = 0; i < 17; ++i) {
-        char le[2];
-        qToLittleEndian<int16_t>(int16_t(100 * (i + 1) + i), le);
-        r.append(le, 2);
-    }
-    r.append(char(1));
-    char port[2];
-    qToLittleEndian<int16_t>(3, port);
-    r.append(port, 2);
-    char speed[4];
-    qToLittleEndian<int32_t>(115200, speed);
-    r.append(speed, 4);
-    r.append(path.leftJustified(150, ' ', true));
-    return r;
+    QDataStream out(&r, QIODevice::Append);
+    out.setByteOrder(QDataStream::LittleEndian);
+    out << quint8(7);
+    for (int i = 0; i < 17; ++i)
+        out << qint16(100 * (i + 1) + i);
+    out << quint8(1) << qint16(3) << qint32(115200);
+    return r + path.leftJustified(150, ' ', true);
 }
 
 }  // namespace
+
+struct TwipsCase { int twips; double dpi; int pixels; int back; };
 
 class TestSettingFile : public QObject {
     Q_OBJECT
@@ -71,7 +56,7 @@ private slots:
         test::TempProgramDir dir(false);
         const QByteArray record = sampleRecord("/srv/emc/lab.mdb");
         QCOMPARE(record.size(), kSettingFileSize);
-        writeAll(dir.file("setting.def"), record + QByteArray("tail of an older file"));
+        QVERIFY(kwtest::writeFile(dir.file("setting.def"), record + QByteArray("tail of an older file")));
         readSettingFile();
         QVERIFY(boxes_.shown.empty());
         QCOMPARE(st.carriedbyte, uint8_t(7));
@@ -86,7 +71,7 @@ private slots:
 
         writeSettingFile();
         QVERIFY(boxes_.shown.empty());
-        QCOMPARE(readAll(dir.file("setting.def")), record + QByteArray("tail of an older file"));
+        QCOMPARE(readFile(dir.file("setting.def")), record + QByteArray("tail of an older file"));
     }
 
     void badFilesGiveTheBoxAndTheDefaults_data()
@@ -104,20 +89,14 @@ private slots:
         QFETCH(QByteArray, contents);
         test::TempProgramDir dir(false);
         if (exists)
-            writeAll(dir.file("setting.def"), contents);
+            QVERIFY(kwtest::writeFile(dir.file("setting.def"), contents));
         st.mode = 1;
         st.carriedbyte = 9;
         st.formpos[2] = 55;
         st.formpos[4] = 1;
         readSettingFile();
-        QCOMPARE(boxes_.shown.size(), size_t(1));
-        QCOMPARE(boxes_.shown[0].title, QStringLiteral("Load default settings"));
-        QCOMPARE(boxes_.shown[0].text, QStringLiteral("Generate new default settings"));
+        QCOMPARE(boxesOf(boxes_), QStringList{"Load default settings|Generate new default settings"});
         QCOMPARE(st.formpos[4], int16_t(7200));
-        QCOMPARE(st.formpos[10], int16_t(4500));
-        QCOMPARE(st.formpos[15], int16_t(5300));
-        QCOMPARE(st.formpos[16], int16_t(6800));
-        QCOMPARE(st.formpos[12], int16_t(7000));
         QCOMPARE(st.comport, int16_t(2));
         QCOMPARE(st.baudrate, int32_t(19200));
         QCOMPARE(st.databasefile, QDir(dir.path()).filePath("default.mdb"));
@@ -126,11 +105,11 @@ private slots:
         QCOMPARE(st.carriedbyte, uint8_t(9));
         QCOMPARE(st.formpos[2], int16_t(55));
         // The file is not rewritten by reading; an absent one is left behind empty.
-        QCOMPARE(readAll(dir.file("setting.def")), contents);
+        QCOMPARE(readFile(dir.file("setting.def")), contents);
         QVERIFY(QFileInfo::exists(dir.file("setting.def")));
 
         writeSettingFile();
-        const QByteArray written = readAll(dir.file("setting.def"));
+        const QByteArray written = readFile(dir.file("setting.def"));
         QVERIFY(written.startsWith("def01"));
         QCOMPARE(written.size(), qMax<qsizetype>(kSettingFileSize, contents.size()));
     }
@@ -138,7 +117,7 @@ private slots:
     void shortRecordReadsZeroWithoutABox()
     {
         test::TempProgramDir dir(false);
-        writeAll(dir.file("setting.def"), sampleRecord("/x.mdb").left(43));
+        QVERIFY(kwtest::writeFile(dir.file("setting.def"), sampleRecord("/x.mdb").left(43)));
         readSettingFile();
         QVERIFY(boxes_.shown.empty());
         QCOMPARE(st.comport, int16_t(3));
@@ -149,23 +128,17 @@ private slots:
     void longPathIsCutAtItsFixedLength()
     {
         test::TempProgramDir dir(false);
+        uiHooks().storeFormPositions = [] { st.formpos[6] = 1234; };  // forms place themselves first
         st.databasefile = QString(160, QLatin1Char('p'));
         writeSettingFile();
-        const QByteArray written = readAll(dir.file("setting.def"));
+        const QByteArray written = readFile(dir.file("setting.def"));
         QCOMPARE(written.size(), kSettingFileSize);
+        QCOMPARE(qFromLittleEndian<int16_t>(written.constData() + 16), int16_t(1234));
         QCOMPARE(written.mid(47), QByteArray(150, 'p'));
         // A path with a character of more than one byte is not cut inside it.
         st.databasefile = QString(149, QLatin1Char('p')) + QStringLiteral("µ");
         writeSettingFile();
-        QCOMPARE(readAll(dir.file("setting.def")).mid(47), QByteArray(149, 'p') + ' ');
-    }
-
-    void formsPutTheirPlacementBeforeWriting()
-    {
-        test::TempProgramDir dir(false);
-        uiHooks().storeFormPositions = [] { st.formpos[6] = 1234; };
-        writeSettingFile();
-        QCOMPARE(qFromLittleEndian<int16_t>(readAll(dir.file("setting.def")).constData() + 16), int16_t(1234));
+        QCOMPARE(readFile(dir.file("setting.def")).mid(47), QByteArray(149, 'p') + ' ');
     }
 
     void failedWriteShowsTheEmptyBox()
@@ -173,28 +146,21 @@ private slots:
         test::TempProgramDir dir(false);
         QVERIFY(QDir(dir.path()).mkdir("setting.def"));
         writeSettingFile();
-        QCOMPARE(boxes_.shown.size(), size_t(1));
-        QCOMPARE(boxes_.shown[0].title, QString());
-        QCOMPARE(boxes_.shown[0].text, QString());
+        QCOMPARE(boxesOf(boxes_), QStringList{"|"});
     }
 
     void twips_data()
     {
-        QTest::addColumn<int>("twips");
-        QTest::addColumn<double>("dpi");
-        QTest::addColumn<int>("pixels");
-        QTest::addColumn<int>("back");
-        QTest::newRow("inch at 96") << 1440 << 96.0 << 96 << 1440;
-        QTest::newRow("plot width at 96") << 7200 << 96.0 << 480 << 7200;
-        QTest::newRow("rounds at 120") << 7300 << 120.0 << 608 << 7296;
-        QTest::newRow("negative at 144") << -4500 << 144.0 << -450 << -4500;
+        QTest::addColumn<TwipsCase>("c");
+        QTest::newRow("inch at 96") << TwipsCase{1440, 96.0, 96, 1440};
+        QTest::newRow("plot width at 96") << TwipsCase{7200, 96.0, 480, 7200};
+        QTest::newRow("rounds at 120") << TwipsCase{7300, 120.0, 608, 7296};
+        QTest::newRow("negative at 144") << TwipsCase{-4500, 144.0, -450, -4500};
     }
     void twips()
     {
-        QFETCH(int, twips);
-        QFETCH(double, dpi);
-        QFETCH(int, pixels);
-        QFETCH(int, back);
+        QFETCH(TwipsCase, c);
+        const auto &[twips, dpi, pixels, back] = c;
         QCOMPARE(twipsToPixels(twips, dpi), pixels);
         QCOMPARE(pixelsToTwips(pixels, dpi), back);
     }

@@ -20,10 +20,7 @@ double median(QByteArray bytes)
 }
 uint8_t maxByte(const QByteArray &bytes)
 {
-    uint8_t m = 0;
-    for (char c : bytes)
-        m = std::max(m, uint8_t(c));
-    return m;
+    return uint8_t(*std::max_element(bytes.begin(), bytes.end(), [](char a, char b) { return uint8_t(a) < uint8_t(b); }));
 }
 SimSettings around(double centre, int span, int rbw = 120)
 {
@@ -32,11 +29,6 @@ SimSettings around(double centre, int span, int rbw = 120)
     s.span = span;
     s.bandwith = rbw;
     return s;
-}
-// Field strength at the antenna that the highest point of a trace stands for, through the chain.
-double peakField(const QByteArray &bytes, const SimSettings &s, double mhz, const SimScene &scene)
-{
-    return byteToDbm(maxByte(bytes), s) - fieldToInputDbm(0.0, mhz, scene);
 }
 }  // namespace
 
@@ -63,9 +55,6 @@ private slots:
         bad = {};
         bad.cutShortAt = 1500;
         QCOMPARE(sampleBlock(block.left(kPoints), s, bad).size(), 1500);
-        s.centerfreq = 1050.0;
-        QCOMPARE(blockTrailer(s).mid(17, 8), QByteArray("1050.000"));
-        QCOMPARE(blockTrailer(s).size(), kTrailerSize);
     }
 
     void byteScale()
@@ -96,19 +85,6 @@ private slots:
         s.attenuator = 30;
         const double attenuated = byteToDbm(uint8_t(median(signal.traceBytes(s, 0))), s);
         QVERIFY(qAbs(attenuated - narrow - 20.0) < 1.5);
-    }
-
-    void someHarmonicsBreakTheClassBLine()
-    {
-        SimSignal signal;
-        // Class B at 3 m: 40 dBuV/m up to 230 MHz, 47 above.
-        const struct { double mhz; double limit; bool over; } cases[] = {
-            {133.33, 40, true}, {266.67, 47, true}, {400.0, 47, true}, {166.67, 40, false}, {700.0, 47, false}};
-        for (const auto &c : cases) {
-            const SimSettings s = around(c.mhz, 1);
-            const double field = peakField(signal.traceBytes(s, 0), s, c.mhz, signal.scene());
-            QVERIFY2((field > c.limit) == c.over, qPrintable(QString("%1 MHz: %2").arg(c.mhz).arg(field)));
-        }
     }
 
     void ambientStaysWhenTheDeviceIsOff()
@@ -160,16 +136,6 @@ private slots:
         s.shown = 3;
         const QByteArray average = signal.traceBytes(s, 5.0);
         QVERIFY(maxByte(held) - maxByte(average) > 10);
-        // The average is smoother than one sample.
-        s.shown = 0;
-        const QByteArray sample = signal.traceBytes(s, 5.0);
-        auto spread = [](const QByteArray &b) {
-            double d = 0;
-            for (int i = 1; i < 200; ++i)
-                d += qAbs(uint8_t(b[i]) - uint8_t(b[i - 1]));
-            return d;
-        };
-        QVERIFY(spread(average) < spread(sample) / 2);
         // "#dm1" starts again.
         signal.restartCalc(5.0);
         QCOMPARE(signal.sweepsAccumulated(), 0);

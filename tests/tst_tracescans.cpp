@@ -33,19 +33,22 @@ std::vector<VectorRows::Row> flatRows(int n, float level = -50.0f)
 Database measurementFile(const QString &path)
 {
     Database file = CreateDatabase(path);
-    TableDef measurement{QStringLiteral("Measurement"), {}};
-    for (const char *name : {"Frequency", "Sample_dBmW", "Average_dBmW", "Maxhold_dBmW", "QPeak_dBmW", "memory_dBmW",
-                             "Ambient_H_dBmW", "Ambient_V_dBmW"})
-        measurement.fields.push_back({QString::fromLatin1(name), FieldType::Single, 0});
-    file.AppendTable(measurement);
-    TableDef limits{QStringLiteral("Limitlines"), {}};
-    for (const char *name : {"avefreq", "Average_dBmW", "maxfreq", "Maxhold_dBmW"})
-        limits.fields.push_back({QString::fromLatin1(name), FieldType::Single, 0});
-    file.AppendTable(limits);
+    const QList<QPair<QString, QStringList>> tables = {
+        {"Measurement", {"Frequency", "Sample_dBmW", "Average_dBmW", "Maxhold_dBmW", "QPeak_dBmW", "memory_dBmW",
+                         "Ambient_H_dBmW", "Ambient_V_dBmW"}},
+        {"Limitlines", {"avefreq", "Average_dBmW", "maxfreq", "Maxhold_dBmW"}}};
+    for (const auto &[name, columns] : tables) {
+        TableDef table{name, {}};
+        for (const QString &column : columns)
+            table.fields.push_back({column, FieldType::Single, 0});
+        file.AppendTable(table);
+    }
     return file;
 }
 
 }  // namespace
+
+struct ThinningCase { int rows; int economic; int step; int lines; };
 
 class TestTraceScans : public QObject {
     Q_OBJECT
@@ -54,10 +57,7 @@ private slots:
     {
         resetState();
         resetPlotSources();
-        st.freqstart = 0.0f;
-        st.freqstop = 1000.0f;
-        st.grafikmax = -50;
-        st.grafikmin = -250;
+        kwtest::plotFrame(0.0f, 1000.0f);
     }
     void cleanup() { resetPlotSources(); }
 
@@ -108,18 +108,7 @@ private slots:
     {
         RecordingPlot plot;
         setNumberLocale(NumberLocale::enUS());
-        st.viewsample = 1;
-        st.viewaverage = 0;
-        st.viewab = 1;
-        st.sampledate = 46000.5;  // noon
-        st.memorydate = 46000.75;
-        DrawPlot();
-        QCOMPARE(plot.caption(), QStringLiteral("Sam:12:00:00 PM   Mem:6:00:00 PM"));
-    }
-
-    void allTracesOffLeaveGridAndNoPeak()
-    {
-        RecordingPlot plot;
+        // All traces off: the grid, no caption, no peak.
         st.viewsample = 0;
         st.sampledata[500] = 100;
         DrawPlot();
@@ -127,6 +116,12 @@ private slots:
         QCOMPARE(plot.caption(), QString());
         QCOMPARE(st.peaklevel, int16_t(-1000));
         QVERIFY(!plot.p1.linesOf(7).empty());
+        st.viewsample = 1;
+        st.viewab = 1;
+        st.sampledate = 46000.5;  // noon
+        st.memorydate = 46000.75;
+        DrawPlot();
+        QCOMPARE(plot.caption(), QStringLiteral("Sam:12:00:00 PM   Mem:6:00:00 PM"));
     }
 
     void secondPassWhileOneRunsIsRefused()
@@ -144,21 +139,16 @@ private slots:
 
     void thinning_data()
     {
-        QTest::addColumn<int>("rows");
-        QTest::addColumn<int>("economic");
-        QTest::addColumn<int>("step");
-        QTest::addColumn<int>("lines");
+        QTest::addColumn<ThinningCase>("c");
         // Each read after the first row gives one line; the read at the end draws a dot.
-        QTest::newRow("2749 rows: step 5, not thinned") << 2749 << 1 << 5 << 2749;
-        QTest::newRow("2750 rows: step 6 (5.5 to even), groups of 7") << 2750 << 1 << 6 << 393;
-        QTest::newRow("2750 rows without Economic") << 2750 << 0 << 6 << 2750;
+        QTest::newRow("2749 rows: step 5, not thinned") << ThinningCase{2749, 1, 5, 2749};
+        QTest::newRow("2750 rows: step 6 (5.5 to even), groups of 7") << ThinningCase{2750, 1, 6, 393};
+        QTest::newRow("2750 rows without Economic") << ThinningCase{2750, 0, 6, 2750};
     }
     void thinning()
     {
-        QFETCH(int, rows);
-        QFETCH(int, economic);
-        QFETCH(int, step);
-        QFETCH(int, lines);
+        QFETCH(ThinningCase, c);
+        const auto &[rows, economic, step, lines] = c;
         RecordingPlot plot;
         st.economic = uint8_t(economic);
         st.span = 1000;
@@ -176,6 +166,7 @@ private slots:
         rows[10][kSample] = -20.0f;  // inside the second group (rows 8..14)
         rows[12][kMaxhold] = -30.0f;
         rows[12][kAverage] = std::nullopt;  // an empty cell changes nothing
+        rows[15][kSample] = rows[16][kSample] = 1e6f;  // outside sixteen bits
         MeasPoint point;
         VectorRows table(rows);
         readPoint(table, point);
@@ -185,25 +176,16 @@ private slots:
         QCOMPARE(point.level[kMaxhold], int16_t(-75));
         QCOMPARE(point.level[kAverage], int16_t(-125));
         QCOMPARE(point.frequency, rows[14][kFrequency].value());  // the group's last frequency
-    }
-
-    void levelsOutsideSixteenBitsKeepTheOldValue()
-    {
-        auto rows = flatRows(3);
-        rows[1][kSample] = 1e6f;
-        VectorRows table(rows);
-        MeasPoint point;
-        readPoint(table, point);
+        // A level outside sixteen bits keeps the old value.
         readNextPoint(table, point, false, 0);
-        QCOMPARE(point.level[kSample], int16_t(-125));
+        QCOMPARE(point.level[kSample], int16_t(-50));
     }
 
     void stemsShowOnlyAboveAmbientAndMargin()
     {
         RecordingPlot plot;
         st.mode = 2;
-        st.freqstart = 30.0f;
-        st.freqstop = 40.0f;
+        kwtest::plotFrame(30.0f, 40.0f);
         st.viewmaxhold = 1;
         st.viewqpeak = 1;
         st.viewvertical = 1;
@@ -248,7 +230,7 @@ private slots:
         QVERIFY(!readMeasurementTable(dir.filePath(QStringLiteral("missing.mes"))));
     }
 
-    void fileDrawsItsOwnLimitAndTraces()
+    void fileDrawsItsOwnLimitAndTracesWithoutButtonsOrPeak()
     {
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("f.mes"));
@@ -261,6 +243,7 @@ private slots:
         file.Close();
         RecordingPlot plot;
         st.filemode = 1;
+        st.mode = 1;
         st.measurefile = path;
         st.viewsample = 1;
         st.viewqpeak = 0;
@@ -276,21 +259,10 @@ private slots:
         const auto aveLimit = plot.p1.linesOf(9);
         QCOMPARE(int(aveLimit.size()), 2);
         QCOMPARE(aveLimit[1].y1, -165.0);
-    }
-
-    void fileScanDisablesTheButtonsAndLabelsTheSweep()
-    {
-        RecordingPlot plot;
-        st.filemode = 1;
-        st.mode = 1;
-        st.viewsample = 1;
-        plotSources().measurementRows = [] { return std::make_unique<VectorRows>(flatRows(10)); };
-        DrawPlot();
         QVERIFY(!plot.buttons[0] && !plot.buttons[1] && !plot.buttons[2]);
         QCOMPARE(plot.memory, QStringLiteral("Sweep"));
         QVERIFY(plot.caption().startsWith(QStringLiteral("Measure date: ")));
         QCOMPARE(st.peaklevel, int16_t(-1000));  // files track no peak
-        QCOMPARE(int(plot.p1.linesOf(2).size()), 10);
     }
 };
 

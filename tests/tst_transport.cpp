@@ -11,38 +11,26 @@
 
 using namespace kw;
 
+struct LineFaultsCase { int fault; QString command; int times; int sendretry; QStringList log; QStringList boxes; };
+
 class TestTransport : public QObject {
     Q_OBJECT
-
-    // Connected to a healthy analyser, log emptied, no box shown yet.
-    static void connect(SimBench &bench)
-    {
-        connectunit();
-        QCOMPARE(st.portopen, int16_t(1));
-        bench.clearLog();
-    }
-
-    static void setFaults(SimBench &bench, const std::function<void(kt::Faults &)> &f)
-    {
-        bench.sim().withModel([&](kt::Analyser &a) { f(a.options().faults); });
-    }
-
 private slots:
     void onlyTheFirstCommaBecomesAPoint()
     {
         SimBench bench;
-        connect(bench);
-        st.command = QStringLiteral("#kl0,5");
-        sendcommand();
-        st.command = QStringLiteral("#kl1,5,5");
-        sendcommand();
+        QVERIFY(bench.connect());
+        for (const char *command : {"#kl0,5", "#kl1,5,5"}) {
+            st.command = QString::fromLatin1(command);
+            sendcommand();
+        }
         QCOMPARE(bench.log(), (QStringList{"#kl0.5", "#kl1.5,5"}));
     }
 
     void aBareCarriageReturnIsAnEmptyReply()
     {
         SimBench bench;
-        connect(bench);
+        QVERIFY(bench.connect());
         comm1().setInputLen(1);
         bench.sim().inject(QByteArray("\r"));
         st.rdretry = 0;
@@ -52,80 +40,55 @@ private slots:
         QCOMPARE(st.serialerror, uint8_t(0));
     }
 
-    void aWrongEchoRestartsTheCommandFromItsFirstCharacter()
+    void lineFaults_data()
     {
-        SimBench bench;
-        connect(bench);
-        setFaults(bench, [](kt::Faults &f) { f.wrongEchoes = 1; });
-        st.command = QStringLiteral("#kl1");
-        sendcommand();
-        QCOMPARE(st.serialerror, uint8_t(0));
-        QCOMPARE(st.sendretry, uint8_t(2));
-        QCOMPARE(bench.log(), (QStringList{"#kl1"}));
-        QVERIFY(bench.boxes().shown.empty());
+        QTest::addColumn<LineFaultsCase>("c");
+        // A wrong echo restarts the command from its first character with the buffer emptied.
+        const QStringList thrice{"#kl1", "#kl1", "#kl1"};
+        QTest::newRow("one wrong echo") << LineFaultsCase{0, "#kl1", 1, 2, {"#kl1"}, {}};
+        QTest::newRow("stray bytes before each command") << LineFaultsCase{1, "#kl1", 3, 1, thrice, {}};
+        QTest::newRow("two wrong echoes") << LineFaultsCase{2, "#kl1", 1, 2, {}, {"Serial - Error| Data send error ( #kl1 )"}};
+        // Unanswered, a setting goes out three times, each with one more carriage return.
+        QTest::newRow("unconfirmed setting")
+            << LineFaultsCase{3, "#kl1", 1, 1, thrice, {"Serial - Error| Data read error ( #kl1\r\r\r )"}};
+        QTest::newRow("unanswered query") << LineFaultsCase{3, "#VN", 1, 1, {"#VN"}, {"Serial - Error| Data read error ( #VN\r )"}};
     }
-
-    void strayBytesBeforeACommandAreThrownAway()
+    void lineFaults()
     {
+        QFETCH(LineFaultsCase, c);
+        const auto &[fault, command, times, sendretry, log, boxes] = c;
         SimBench bench;
-        connect(bench);
-        setFaults(bench, [](kt::Faults &f) { f.noise = QByteArray("\x55\xaa#k", 4); });
-        for (int i = 0; i < 3; ++i) {
-            st.command = QStringLiteral("#kl1");
-            sendcommand();
-            QCOMPARE(st.serialerror, uint8_t(0));
-            QCOMPARE(st.sendretry, uint8_t(1));
+        QVERIFY(bench.connect());
+        bench.sim().withModel([fault](kt::Analyser &a) {
+            kt::Faults &f = a.options().faults;
+            f.wrongEchoes = fault == 0 ? 1 : 0;
+            f.noise = fault == 1 ? QByteArray("\x55\xaa#k", 4) : QByteArray();
+            f.wrongEcho = fault == 2;
+            f.noReply = fault == 3;
+        });
+        for (int i = 0; i < times; ++i) {
+            st.command = command;
+            command.startsWith(QLatin1String("#kl")) ? sendcommand() : querycommand();
+            QCOMPARE(st.serialerror, uint8_t(boxes.isEmpty() ? 0 : 1));
+            if (boxes.isEmpty())
+                QCOMPARE(st.sendretry, uint8_t(sendretry));
         }
-    }
-
-    void twoFailedEchoesGiveTheSendErrorOnce()
-    {
-        SimBench bench;
-        connect(bench);
-        setFaults(bench, [](kt::Faults &f) { f.wrongEcho = true; });
-        st.command = QStringLiteral("#kl1");
-        sendcommand();
-        QCOMPARE(st.serialerror, uint8_t(1));
-        QCOMPARE(st.portopen, int16_t(0));
-        st.command = QStringLiteral("#KT");
-        querycommand();  // offline now: nothing is sent, nothing shown
-        serialfault();
-        QCOMPARE(bench.boxes().shown.size(), size_t(1));
-        QCOMPARE(bench.boxes().shown[0].title, QStringLiteral("Serial - Error"));
-        QCOMPARE(bench.boxes().shown[0].text, QStringLiteral(" Data send error ( #kl1 )"));
-    }
-
-    // Unanswered, a setting goes out three times, each with one more carriage return.
-    void anUnconfirmedSettingGrowsItsCarriageReturns()
-    {
-        SimBench bench;
-        connect(bench);
-        setFaults(bench, [](kt::Faults &f) { f.noReply = true; });
-        st.command = QStringLiteral("#kl1");
-        sendcommand();
-        QCOMPARE(bench.log(), (QStringList{"#kl1", "#kl1", "#kl1"}));
-        QCOMPARE(st.serialerror, uint8_t(1));
-        QCOMPARE(st.rdretry, uint8_t(0));
-        QCOMPARE(bench.boxes().shown.size(), size_t(1));
-        QCOMPARE(bench.boxes().shown[0].text, QStringLiteral(" Data read error ( #kl1\r\r\r )"));
-    }
-
-    void aMissingAnswerToAQueryIsAReadError()
-    {
-        SimBench bench;
-        connect(bench);
-        setFaults(bench, [](kt::Faults &f) { f.noReply = true; });
-        st.command = QStringLiteral("#VN");
-        querycommand();
-        QCOMPARE(bench.log(), (QStringList{"#VN"}));
-        QCOMPARE(bench.boxes().shown.size(), size_t(1));
-        QCOMPARE(bench.boxes().shown[0].text, QStringLiteral(" Data read error ( #VN\r )"));
+        QCOMPARE(bench.log(), log);
+        if (!boxes.isEmpty()) {
+            QCOMPARE(st.portopen, int16_t(0));
+            // A second fault while offline sends nothing and shows no second box.
+            st.command = QStringLiteral("#KT");
+            querycommand();
+            serialfault();
+            QCOMPARE(bench.log(), log);
+        }
+        QCOMPARE(bench.shown(), boxes);
     }
 
     void theTimeOutIsStrict()
     {
         SimBench bench;
-        connect(bench);
+        QVERIFY(bench.connect());
         QList<float> readings{100.0f, 101.0f, 102.0f, 102.0f, 102.01f, 200.0f};
         int calls = 0;
         setTimerSource([&] { return readings.at(std::min<int>(calls++, readings.size() - 1)); });
@@ -138,14 +101,12 @@ private slots:
     void aWaitAcrossMidnightRunsOn()
     {
         SimBench bench;
-        connect(bench);
+        QVERIFY(bench.connect());
         float clock = 86398.0f;
         int afterMidnight = 0;
         setTimerSource([&] {
             const float now = clock;
-            clock += 0.5f;
-            if (clock >= 86400.0f)
-                clock -= 86400.0f;
+            clock = std::fmod(clock + 0.5f, 86400.0f);
             if (now < 100.0f && ++afterMidnight == 12)
                 bench.sim().inject(QByteArray("x"));
             return now;

@@ -24,27 +24,18 @@ void makeChainDatabase(const QString &path, const QString &configname, const std
                      {QStringLiteral("devicec"), FieldType::Long},
                      {QStringLiteral("deviced"), FieldType::Long},
                      {QStringLiteral("devicee"), FieldType::Long}}});
-    int numbers[5] = {0, 0, 0, 0, 0};
-    for (size_t k = 0; k < components.size() && k < 5; ++k)
-        numbers[k] = components[k].losnr;
+    QStringList devices;
+    for (size_t k = 0; k < 5; ++k)
+        devices << QString::number(k < components.size() ? components[k].losnr : 0);
     for (const ChainComponent &c : components) {
-        db.Execute(QStringLiteral("insert into loshead values (%1, 'part %1', %2, %3)")
-                       .arg(c.losnr)
-                       .arg(c.lostyp)
-                       .arg(double(c.distance)));
+        db.Execute(QStringLiteral("insert into loshead values (%1, 'part %1', %2, %3)").arg(c.losnr).arg(c.lostyp).arg(double(c.distance)));
         QStringList values;
         for (auto [f, level] : c.rows)
             values << QStringLiteral("(%1, %2, %3)").arg(c.losnr).arg(double(f), 0, 'g', 9).arg(double(level), 0, 'g', 9);
         if (!values.isEmpty())
             db.Execute(QStringLiteral("insert into losdef values ") + values.join(QStringLiteral(", ")));
     }
-    db.Execute(QStringLiteral("insert into config values ('%1', %2, %3, %4, %5, %6)")
-                   .arg(configname)
-                   .arg(numbers[0])
-                   .arg(numbers[1])
-                   .arg(numbers[2])
-                   .arg(numbers[3])
-                   .arg(numbers[4]));
+    db.Execute(QStringLiteral("insert into config values ('%1', %2)").arg(configname, devices.join(QStringLiteral(", "))));
     st.db = db;
 }
 

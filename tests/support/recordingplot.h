@@ -3,8 +3,9 @@
 // the drawing as numbers.
 
 #include "plot/plotform.h"
+#include "shell/state.h"
 
-#include <QString>
+#include <QStringList>
 #include <vector>
 
 namespace kwtest {
@@ -50,6 +51,21 @@ public:
         return out;
     }
 
+    int verticalsOf(int colour) const
+    {
+        int n = 0;
+        for (const DrawnLine &l : linesOf(colour))
+            n += l.x1 == l.x2 ? 1 : 0;
+        return n;
+    }
+    QStringList textList() const
+    {
+        QStringList out;
+        for (const DrawnText &t : texts)
+            out << t.text;
+        return out;
+    }
+
     std::vector<DrawnLine> lines;
     std::vector<DrawnText> texts;
     int clears = 0;
@@ -57,6 +73,16 @@ public:
 private:
     double w_, h_;
 };
+
+// The plot's frame: start..stop MHz, -20..-100 dB (-50..-250 plot units).
+inline void plotFrame(float start, float stop)
+{
+    kw::st.freqstart = start;
+    kw::st.freqstop = stop;
+    kw::st.span = int16_t(stop - start);
+    kw::st.grafikmax = -50;
+    kw::st.grafikmin = -250;
+}
 
 class RecordingPlot : public kw::PlotForm {
 public:

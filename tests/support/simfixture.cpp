@@ -1,11 +1,13 @@
 #include "support/simfixture.h"
 
+#include "link/connection.h"
 #include "link/transport.h"
 #include "platform/clock.h"
 #include "platform/comports.h"
 #include "platform/progdir.h"
 #include "platform/serialcontrol.h"
 #include "shell/state.h"
+#include "support/testfiles.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -28,11 +30,7 @@ SimBench::SimBench(const kt::Options &options)
 
 SimBench::~SimBench()
 {
-    try {
-        comm1().setPortOpen(false);
-    } catch (...) {
-    }
-    server_->stop();
+    release();
     setDialogs(nullptr);
     setTimerSource({});
 }
@@ -51,18 +49,35 @@ void SimBench::wire()
     reloadComPorts();
 }
 
+bool SimBench::connect()
+{
+    connectunit();
+    clearLog();
+    return st.portopen == 1;
+}
+
+QStringList SimBench::shown() const
+{
+    return kwtest::boxesOf(boxes_);
+}
+
 void SimBench::clearLog()
 {
     server_->withModel([](kt::Analyser &a) { a.clearLog(); });
 }
 
-void SimBench::restart(const kt::Options &options)
+void SimBench::release()
 {
     try {
         comm1().setPortOpen(false);
     } catch (...) {
     }
     server_->stop();
+}
+
+void SimBench::restart(const kt::Options &options)
+{
+    release();
     server_ = std::make_unique<kt::PtyServer>(options);
     wire();
 }

@@ -19,12 +19,17 @@ public:
     ScriptedDialogs &boxes() { return boxes_; }
     QStringList log() { return server_->commandLog(); }
     void clearLog();
+    // Connects the program to the analyser and empties the log; true when the link is up.
+    bool connect();
+    // The boxes shown so far, as "title|text".
+    QStringList shown() const;
     // Replaces the analyser behind the line (a new pty on the same Com2), e.g. with faults.
     void restart(const kt::Options &options);
     QString dir() const { return dir_.path(); }
 
 private:
     void wire();
+    void release();
 
     QTemporaryDir dir_;
     std::unique_ptr<kt::PtyServer> server_;
