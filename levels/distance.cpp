@@ -1,7 +1,6 @@
 #include "levels/distance.h"
 
 #include "levels/levelmath.h"
-#include "platform/vbformat.h"
 #include "shell/state.h"
 
 namespace kw {
@@ -18,19 +17,6 @@ float distancecorrection()
 {
     st.distancecorrection = distanceterm(st.configdist, st.lmaxdist, st.correctionon == 1);
     return st.distancecorrection;
-}
-
-QString distancecaption()
-{
-    if (st.correctionon != 1)
-        return {};
-    const float d = distanceterm(st.configdist, st.lmaxdist, true);
-    const QString head = QStringLiteral("Distance from DUT: ") + vbCStr(st.configdist) + QStringLiteral("m");
-    if (d != 0.0f)
-        return head + QStringLiteral(" offset ") + vbFormat(-1.0 * double(d), QStringLiteral("0.0")) + QStringLiteral("dB");
-    if (st.configdist > 0)
-        return head;
-    return {};
 }
 
 }  // namespace kw

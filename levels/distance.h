@@ -2,8 +2,6 @@
 // The measuring-distance term: a trace taken at the configuration's distance is shown as if taken
 // at the distance its peak limit was defined for (field strength falls with 1/r).
 
-#include <QString>
-
 namespace kw {
 
 // 0 unless correction is on and both distances are known and differ; else 20 log10(lmax / config).
@@ -11,8 +9,5 @@ float distanceterm(float configdist, float lmaxdist, bool correctionon);
 
 // The same over the record, stored in st.distancecorrection and returned.
 float distancecorrection();
-
-// The distance caption of the plot; empty when none is to be shown.
-QString distancecaption();
 
 }  // namespace kw
