@@ -5,9 +5,7 @@
 
 class QMdiArea;
 class QMdiSubWindow;
-class QCheckBox;
 class QAction;
-class QMenu;
 
 namespace kw {
 
@@ -37,8 +35,6 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
-    void buildMenu();
-    QAction *addEntry(QMenu *menu, const QString &name, const QString &caption);
     void refreshCaption();
     void refreshToolbar();
 
