@@ -75,7 +75,8 @@ void pointForFirstComma()
 // One character at a time, each waiting for its echo: the analyser echoes every character it
 // takes, so it can never be overrun. Anything that arrived before a character is thrown away.
 // Two attempts from the first character; the attempt count is tested at the head of the loop.
-void sendWithEcho()
+// False when both attempts failed (and the fault was reported).
+bool sendWithEcho()
 {
     SerialControl &comm = comm1();
     st.sendretry = 0;
@@ -87,7 +88,7 @@ void sendWithEcho()
         for (const QChar c : std::as_const(st.command)) {
             if (st.sendretry > 2) {
                 serialfault();
-                return;
+                return false;
             }
             comm.clearInput();
             comm.output(QByteArray(1, static_cast<char>(c.unicode() & 0xFF)));
@@ -106,7 +107,7 @@ void sendWithEcho()
             }
         }
         if (!restart)
-            return;
+            return true;
     }
 }
 
@@ -165,8 +166,8 @@ void sendcommand()
             return;
         prepareSend();
         st.command += kCr;
-        sendWithEcho();
-        if (st.serialerror)
+        // An echo failure ends the command even where the fault is not shown (a quiet search).
+        if (!sendWithEcho())
             return;
         readreply();
         if (st.reply == QLatin1String("RD")) {

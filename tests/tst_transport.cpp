@@ -85,6 +85,21 @@ private slots:
         QCOMPARE(bench.shown(), boxes);
     }
 
+    // During a quiet search a failed echo ends the setting at once: no reply is awaited.
+    void aQuietEchoFailureEndsTheSetting()
+    {
+        SimBench bench;
+        QVERIFY(bench.connect());
+        bench.sim().withModel([](kt::Analyser &a) { a.options().faults.wrongEcho = true; });
+        st.serialquiet = 1;
+        st.reply = QStringLiteral("before");
+        st.command = QStringLiteral("#kl1");
+        sendcommand();
+        QCOMPARE(st.rdretry, uint8_t(1));
+        QCOMPARE(st.reply, QStringLiteral("before"));
+        QVERIFY(bench.shown().isEmpty());
+    }
+
     void theTimeOutIsStrict()
     {
         SimBench bench;
