@@ -13,11 +13,13 @@ std::array<CorrTable *, 5> tables{};
 
 enum { LowF = 0, HighF = 1, LowLevel = 2, HighLevel = 3 };
 
-// Linear in frequency and in dB, in single precision.
-float interpolated(const std::array<float, 4> &seg, float f)
+// Linear in frequency and in dB, in single precision. The running total takes the low level first
+// and the slope after, each sum rounded to a single: the last bit of a trace point depends on it.
+float interpolated(float total, const std::array<float, 4> &seg, float f)
 {
     const float r = (f - seg[LowF]) / (seg[HighF] - seg[LowF]);
-    return seg[LowLevel] + (seg[HighLevel] - seg[LowLevel]) * r;
+    const float withlow = total + seg[LowLevel];
+    return withlow + (seg[HighLevel] - seg[LowLevel]) * r;
 }
 
 }  // namespace
@@ -53,7 +55,7 @@ void correctionat(float &frequency)
         auto &seg = st.corrsegment[slot];
         if (f < seg[HighF]) {
             // Inside the cached segment; the low end is not tested.
-            st.correction += interpolated(seg, f);
+            st.correction = interpolated(st.correction, seg, f);
             continue;
         }
         CorrTable *table = tables[slot];
@@ -81,7 +83,7 @@ void correctionat(float &frequency)
             continue;  // above the last row: 0
         seg[HighF] = row.frequency;
         seg[HighLevel] = row.level;
-        st.correction += interpolated(seg, f);
+        st.correction = interpolated(st.correction, seg, f);
     }
 }
 

@@ -25,7 +25,8 @@ void sendSetting(const QString &text)
 std::optional<double> askValue(const QString &text)
 {
     st.command = text;
-    st.serialerror = 0;
+    // No clearing of serialerror here: with the link down the query sends nothing, and the error
+    // must stay set so that the block reads that follow in the same pass fail in silence.
     querycommand();
     if (st.portopen != 1 || st.serialerror)
         return std::nullopt;

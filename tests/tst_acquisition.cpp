@@ -136,6 +136,8 @@ private slots:
             stepnew();
             readstep();
         } else {
+            // After the first failure the second trace is still read, and fails in silence.
+            st.viewb = 1;
             readtraces();
         }
         QCOMPARE(bench.shown(), QStringList{box});

@@ -8,6 +8,7 @@
 #include "support/chaindb.h"
 
 #include <QTemporaryDir>
+#include <bit>
 #include <QtTest>
 
 using namespace kw;
@@ -114,6 +115,11 @@ private slots:
         const long long before = correctionqueries();
         QCOMPARE(at(50), -5.0f + 0.0f);
         QVERIFY(correctionqueries() - before <= 3);  // the single-row table searches; the other does not
+        // The running total takes the low level before the slope, each sum a single: bit for bit.
+        chain({{9, 1, 0.0f, {{150, 0.1f}}}, {8, 1, 0.0f, {{100, 0.1f}, {200, 0.4f}}}});
+        const float total = at(150);
+        const float expected = (0.1f + 0.1f) + (0.4f - 0.1f) * 0.5f;
+        QCOMPARE(std::bit_cast<uint32_t>(total), std::bit_cast<uint32_t>(expected));
     }
 
     void fiveSlotsQueryOnlyOnRowCrossings()
