@@ -254,12 +254,19 @@ void storeGrafikPlacement(Mdi &window)
         return;
     auto &pos = st.formpos;
     pos[1] = int16_t(sub->isMinimized() ? 1 : sub->isMaximized() ? 2 : 0);
-    const QRect g = sub->isMinimized() || sub->isMaximized() ? sub->normalGeometry() : sub->geometry();
-    auto clamp16 = [](int v) { return int16_t(std::clamp(v, -32768, 32767)); };
-    pos[2] = clamp16(pixelsToTwipsX(g.left()));
-    pos[3] = clamp16(pixelsToTwipsY(g.top()));
-    pos[4] = clamp16(pixelsToTwipsX(g.width()));
-    pos[5] = clamp16(pixelsToTwipsY(g.height()));
+    // A plot minimised or maximised at the exit keeps the place it was given at the start.
+    if (pos[1] != 0)
+        return;
+    // A value beyond 16 bits fails its conversion and leaves the slot as it was.
+    const auto store = [](int16_t &slot, int twips) {
+        if (twips >= -32768 && twips <= 32767)
+            slot = int16_t(twips);
+    };
+    const QRect g = sub->geometry();
+    store(pos[2], pixelsToTwipsX(g.left()));
+    store(pos[3], pixelsToTwipsY(g.top()));
+    store(pos[4], pixelsToTwipsX(g.width()));
+    store(pos[5], pixelsToTwipsY(g.height()));
 }
 
 }  // namespace kw

@@ -11,6 +11,7 @@
 
 #include <QAction>
 #include <QtTest>
+#include <cmath>
 
 using namespace kw;
 
@@ -100,6 +101,16 @@ private slots:
         for (configs.MoveFirst(); !configs.Eof(); configs.MoveNext()) {
             parts.FindFirst("losnr = " + configs.FieldText("devicea"));
             QVERIFY(!parts.NoMatch());
+        }
+        // A cable loses at least with the root of the frequency (skin effect) and at most in
+        // proportion to it (dielectric), from one point of its curve to the next.
+        Recordset loss = open("select * from losdef where losnr in (select losnr from loshead where lostyp = 1) "
+                              "order by losnr, frequency");
+        for (double nr = -1, f = 0, l = 0; !loss.Eof(); loss.MoveNext()) {
+            const double f2 = loss.FieldNumber("frequency"), l2 = loss.FieldNumber("level_dbmw");
+            if (nr == loss.FieldNumber("losnr") && l > 0)
+                QVERIFY2(l2 / l >= std::sqrt(f2 / f) * 0.99 && l2 / l <= f2 / f, qPrintable(QString::number(f2)));
+            nr = loss.FieldNumber("losnr"), f = f2, l = l2;
         }
         db.Close();
     }

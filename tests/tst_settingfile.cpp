@@ -1,5 +1,7 @@
 #include "platform/dialogs.h"
 #include "platform/twips.h"
+#include "plot/grafik.h"
+#include "shell/mdi.h"
 #include "shell/state.h"
 #include "shell/uihooks.h"
 #include "store/settingfile.h"
@@ -139,6 +141,29 @@ private slots:
         st.databasefile = QString(149, QLatin1Char('p')) + QStringLiteral("µ");
         writeSettingFile();
         QCOMPARE(readFile(dir.file("setting.def")).mid(47), QByteArray(149, 'p') + ' ');
+    }
+
+    // Maximised at the exit the plot keeps its start place in bytes 8 to 15; in a normal state
+    // its place is taken from the window.
+    void plotPlacementAtTheExit()
+    {
+        test::TempProgramDir dir(false);
+        Mdi window;
+        st.formpos[2] = 1440, st.formpos[3] = 720, st.formpos[4] = 7200, st.formpos[5] = 5760;
+        QWidget *sub = showGrafik(window)->parentWidget();
+        uiHooks().storeFormPositions = [&window] { storeGrafikPlacement(window); };
+        sub->move(sub->pos() + QPoint(48, 0));
+        const QByteArray start = encodeSettingRecord().mid(8, 8);
+        sub->showMaximized();
+        writeSettingFile();
+        QByteArray written = readFile(dir.file("setting.def"));
+        QCOMPARE(qFromLittleEndian<int16_t>(written.constData() + 6), int16_t(2));
+        QCOMPARE(written.mid(8, 8), start);
+        sub->showNormal();
+        writeSettingFile();
+        written = readFile(dir.file("setting.def"));
+        QCOMPARE(qFromLittleEndian<int16_t>(written.constData() + 6), int16_t(0));
+        QCOMPARE(qFromLittleEndian<int16_t>(written.constData() + 8), int16_t(pixelsToTwipsX(sub->x())));
     }
 
     void failedWriteShowsTheEmptyBox()
