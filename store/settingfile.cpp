@@ -142,6 +142,8 @@ void writeSettingFile()
         contents.resize(record.size());
     std::copy(record.begin(), record.end(), contents.begin());
     QSaveFile out(settingPath());
+    // A directory that takes no new file still lets the file itself be written in place.
+    out.setDirectWriteFallback(true);
     if (!out.open(QIODevice::WriteOnly) || out.write(contents) != contents.size() || !out.commit())
         failedBox();
 }
