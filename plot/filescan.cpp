@@ -172,18 +172,21 @@ void readNextPoint(MeasurementRows &rows, MeasPoint &point, bool thin, int step)
 
 void scanFile(MeasurementRows &rows)
 {
+    const bool lines = st.mode == 1 || (st.mode == 0 && st.span >= 1);
+    if (!lines && st.mode != 2) {
+        zeroSpanScan(rows);  // a zero span trace is never thinned
+        return;
+    }
     try {
         st.economicstep = vbCByte(double(rows.recordCount()) / 500.0);
     } catch (const VbError &) {
         // a count past 127,749 rows does not fit: the step stays as it was
     }
     const bool thin = st.economic == 1 && st.economicstep > kThinningFrom;
-    if (st.mode == 1 || (st.mode == 0 && st.span >= 1))
+    if (lines)
         lineScan(rows, thin, st.economicstep);
-    else if (st.mode == 2)
-        stemScan(rows, thin, st.economicstep);
     else
-        zeroSpanScan(rows);
+        stemScan(rows, thin, st.economicstep);
 }
 
 }  // namespace kw
