@@ -112,8 +112,13 @@ void stemScan(MeasurementRows &rows, bool thin, int step)
             if (st.calcon && left.level[kAmbientV] > threshold)
                 threshold = left.level[kAmbientV];
         }
-        if (st.calcon)
-            threshold += vbCInt(2.5 * st.calcoffset);
+        if (st.calcon) {
+            try {
+                threshold += vbCInt(2.5 * st.calcoffset);
+            } catch (const VbError &) {
+                // a margin past sixteen bits is passed over, and the rest of the file still drawn
+            }
+        }
         if (left.level[kSample] > 0) {
             auto stem = [&](bool shown, int column, uint8_t colour) {
                 if (shown && left.level[column] > threshold)

@@ -212,6 +212,13 @@ private slots:
         QCOMPARE(stems[0].y1, -250.0);
         QCOMPARE(stems[0].y2, -125.0);
         QCOMPARE(int(plot.p1.linesOf(5).size()), 0);
+        // A margin whose plot units pass sixteen bits is passed over: the ambient alone decides.
+        st.calcoffset = 20000;
+        plot.p1.lines.clear();
+        VectorRows again(rows);
+        scanFile(again);
+        QCOMPARE(int(plot.p1.linesOf(12).size()), 2);
+        QCOMPARE(int(plot.p1.linesOf(5).size()), 1);
     }
 
     void measurementFileIsReadInOrderAndAgainWhenItChanges()
