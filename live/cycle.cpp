@@ -42,10 +42,11 @@ void SetRead()
 
 void autoClicked(bool ticked)
 {
+    st.ckauto = ticked;
     if (ticked && st.portopen == 0)
         connectunit();
-    st.liveread = ticked;
-    st.ckauto = ticked;
+    // The box as it stands now: a connection that failed has unticked it again.
+    st.liveread = st.ckauto;
     if (st.triggerrun == 1) {
         // While trigger mode runs the analyser's traces belong to it: no continuous reading.
         st.liveread = 0;

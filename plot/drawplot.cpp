@@ -78,8 +78,9 @@ void scanFileTraces(PlotForm &form)
     form.picture1().drawWidth = 1;
     if (!plotSources().measurementRows)
         return;
+    // An empty table still runs its scan: it draws nothing, and counts its 0 rows.
     std::unique_ptr<MeasurementRows> rows = plotSources().measurementRows();
-    if (rows && !rows->eof())
+    if (rows)
         scanFile(*rows);
 }
 

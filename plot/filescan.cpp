@@ -112,8 +112,13 @@ void stemScan(MeasurementRows &rows, bool thin, int step)
             if (st.calcon && left.level[kAmbientV] > threshold)
                 threshold = left.level[kAmbientV];
         }
-        if (st.calcon)
-            threshold += vbCInt(2.5 * st.calcoffset);
+        if (st.calcon) {
+            try {
+                threshold += vbCInt(2.5 * st.calcoffset);
+            } catch (const VbError &) {
+                // a margin past sixteen bits is passed over, and the rest of the file still drawn
+            }
+        }
         if (left.level[kSample] > 0) {
             auto stem = [&](bool shown, int column, uint8_t colour) {
                 if (shown && left.level[column] > threshold)
@@ -172,18 +177,21 @@ void readNextPoint(MeasurementRows &rows, MeasPoint &point, bool thin, int step)
 
 void scanFile(MeasurementRows &rows)
 {
+    const bool lines = st.mode == 1 || (st.mode == 0 && st.span >= 1);
+    if (!lines && st.mode != 2) {
+        zeroSpanScan(rows);  // a zero span trace is never thinned
+        return;
+    }
     try {
         st.economicstep = vbCByte(double(rows.recordCount()) / 500.0);
     } catch (const VbError &) {
         // a count past 127,749 rows does not fit: the step stays as it was
     }
     const bool thin = st.economic == 1 && st.economicstep > kThinningFrom;
-    if (st.mode == 1 || (st.mode == 0 && st.span >= 1))
+    if (lines)
         lineScan(rows, thin, st.economicstep);
-    else if (st.mode == 2)
-        stemScan(rows, thin, st.economicstep);
     else
-        zeroSpanScan(rows);
+        stemScan(rows, thin, st.economicstep);
 }
 
 }  // namespace kw

@@ -37,7 +37,7 @@ void readPoint(const MeasurementRows &rows, MeasPoint &point);
 // maximum and the last frequency.
 void readNextPoint(MeasurementRows &rows, MeasPoint &point, bool thin, int step);
 
-// The scan that mode and span ask for; sets st.economicstep.
+// The scan that mode and span ask for; the line and the stem scan set st.economicstep.
 void scanFile(MeasurementRows &rows);
 
 }  // namespace kw

@@ -76,6 +76,21 @@ private slots:
         QVERIFY(bench.log().isEmpty());
     }
 
+    // A tick that finds no analyser is told once and the box stays unticked: the failed
+    // connection has the last word, not the click.
+    void autoWithoutAnAnalyserFallsBack()
+    {
+        SimBench bench({.faults = {.unknownModel = true}});
+        Mdi window;
+        loadMain(window);
+        QCheckBox *box = window.toolPanel()->ckauto();
+        box->click();
+        QCOMPARE(bench.shown().count(QStringLiteral("Serial - Error|Unit not found")), 1);
+        QVERIFY(!box->isChecked());
+        QCOMPARE(st.ckauto, uint8_t(0));
+        QCOMPARE(st.liveread, uint8_t(0));
+    }
+
     void readShowsTheSpectrumAsTheGreenSampleTrace()
     {
         SimBench bench;

@@ -48,7 +48,7 @@ Database measurementFile(const QString &path)
 
 }  // namespace
 
-struct ThinningCase { int rows; int economic; int step; int lines; };
+struct ThinningCase { int rows; int economic; int span; int step; int lines; };
 
 class TestTraceScans : public QObject {
     Q_OBJECT
@@ -141,21 +141,25 @@ private slots:
     {
         QTest::addColumn<ThinningCase>("c");
         // Each read after the first row gives one line; the read at the end draws a dot.
-        QTest::newRow("2749 rows: step 5, not thinned") << ThinningCase{2749, 1, 5, 2749};
-        QTest::newRow("2750 rows: step 6 (5.5 to even), groups of 7") << ThinningCase{2750, 1, 6, 393};
-        QTest::newRow("2750 rows without Economic") << ThinningCase{2750, 0, 6, 2750};
+        QTest::newRow("2749 rows: step 5, not thinned") << ThinningCase{2749, 1, 1000, 5, 2749};
+        QTest::newRow("2750 rows: step 6 (5.5 to even), groups of 7") << ThinningCase{2750, 1, 1000, 6, 393};
+        QTest::newRow("2750 rows without Economic") << ThinningCase{2750, 0, 1000, 6, 2750};
+        QTest::newRow("an empty table counts 0 rows") << ThinningCase{0, 1, 1000, 0, 0};
+        // The zero span scan neither thins nor counts: the step stays at its start value.
+        QTest::newRow("zero span leaves the step") << ThinningCase{2750, 1, 0, 20, 2749};
     }
     void thinning()
     {
         QFETCH(ThinningCase, c);
-        const auto &[rows, economic, step, lines] = c;
+        const auto &[rows, economic, span, step, lines] = c;
         RecordingPlot plot;
         st.economic = uint8_t(economic);
-        st.span = 1000;
+        st.span = int16_t(span);
         st.viewsample = 1;
         st.viewqpeak = 0;
-        VectorRows table(flatRows(rows));
-        scanFile(table);
+        st.filemode = 1;
+        plotSources().measurementRows = [n = rows] { return std::make_unique<VectorRows>(flatRows(n)); };
+        DrawPlot();
         QCOMPARE(int(st.economicstep), step);
         QCOMPARE(int(plot.p1.linesOf(2).size()), lines);
     }
@@ -208,6 +212,13 @@ private slots:
         QCOMPARE(stems[0].y1, -250.0);
         QCOMPARE(stems[0].y2, -125.0);
         QCOMPARE(int(plot.p1.linesOf(5).size()), 0);
+        // A margin whose plot units pass sixteen bits is passed over: the ambient alone decides.
+        st.calcoffset = 20000;
+        plot.p1.lines.clear();
+        VectorRows again(rows);
+        scanFile(again);
+        QCOMPARE(int(plot.p1.linesOf(12).size()), 2);
+        QCOMPARE(int(plot.p1.linesOf(5).size()), 1);
     }
 
     void measurementFileIsReadInOrderAndAgainWhenItChanges()
