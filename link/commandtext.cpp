@@ -33,25 +33,22 @@ std::optional<double> askValue(const QString &text)
     return vbVal(st.reply.mid(2));
 }
 
-void storeInt16(std::optional<double> value, int16_t &field)
+namespace {
+// A reply converted to a whole number; one out of range leaves the field as it was.
+template <typename T>
+void storeConverted(std::optional<double> value, T &field, T (*convert)(double))
 {
     if (!value)
         return;
     try {
-        field = vbCInt(*value);
+        field = convert(*value);
     } catch (const VbError &) {
     }
 }
+}  // namespace
 
-void storeByte(std::optional<double> value, uint8_t &field)
-{
-    if (!value)
-        return;
-    try {
-        field = vbCByte(*value);
-    } catch (const VbError &) {
-    }
-}
+void storeInt16(std::optional<double> value, int16_t &field) { storeConverted(value, field, &vbCInt); }
+void storeByte(std::optional<double> value, uint8_t &field) { storeConverted(value, field, &vbCByte); }
 
 void storeFloat(std::optional<double> value, float &field)
 {
