@@ -88,8 +88,10 @@ void SerialControl::setPortOpen(bool open)
     if (port_->isOpen())
         throw VbError(8005);
     port_->setPortName(comPortDevice(commPort_));
-    if (!port_->open(QIODevice::ReadWrite))
+    if (!port_->open(QIODevice::ReadWrite)) {
+        qCWarning(lcLine) << "cannot open" << port_->portName() << port_->errorString();
         throw VbError(8002);
+    }
     applySettings(*port_, parseSettings(settings_));
     qCDebug(lcLine) << "open" << port_->portName() << settings_;
 }

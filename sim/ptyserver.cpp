@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/prctl.h>
+#include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -88,6 +89,8 @@ bool PtyServer::start()
     return true;
 }
 
+void PtyServer::unplug() { unplugged_ = true; }
+
 void PtyServer::stop()
 {
     if (thread_.joinable()) {
@@ -142,6 +145,17 @@ int PtyServer::lineBaud() const
     return speedToBaud(cfgetispeed(&tio));
 }
 
+bool PtyServer::lineIdle() const
+{
+    if (busy_ || master_ < 0)
+        return false;
+    int towardsAnalyser = 0;
+    int towardsProgram = 0;
+    if (ioctl(master_, FIONREAD, &towardsAnalyser) != 0 || ioctl(slave_, FIONREAD, &towardsProgram) != 0)
+        return false;
+    return towardsAnalyser == 0 && towardsProgram == 0;
+}
+
 // With pacing on, each byte costs its line time: ten bits at the analyser's speed. A byte the
 // program sent has taken one byte time to arrive; every byte sent back takes one more, one after
 // the other. Deadlines are absolute, so the sleeps do not add up their wake-up delays.
@@ -187,9 +201,17 @@ void PtyServer::serve()
             return;
         if (!(fds[0].revents & POLLIN))
             continue;
+        // Marked before the read empties the queue, so the line never looks idle in between.
+        busy_ = true;
         const ssize_t n = ::read(master_, buffer, sizeof buffer);
-        if (n <= 0)
+        if (n <= 0) {
+            busy_ = false;
             continue;
+        }
+        if (unplugged_) {
+            busy_ = false;
+            continue;  // what the program sends goes nowhere
+        }
         const int heard = lineBaud();
         for (ssize_t i = 0; i < n; ++i) {
             QByteArray out;
@@ -206,6 +228,7 @@ void PtyServer::serve()
             }
             send(out, baud, pacing);
         }
+        busy_ = false;
     }
 }
 

@@ -23,6 +23,9 @@ public:
     // Opens the pseudo-terminal and starts serving on a thread. False with error() set on failure.
     bool start();
     void stop();
+    // The cable is cut: nothing is heard or answered any more, but the device stays where it is, so
+    // its name cannot pass to another pseudo-terminal while the program still holds it.
+    void unplug();
     bool running() const { return thread_.joinable(); }
     QString error() const { return error_; }
 
@@ -40,6 +43,10 @@ public:
     // The speed the program has set on the line, as the analyser sees it (0 if unknown).
     int lineBaud() const;
 
+    // True while nothing is under way on the line: no byte waits in either direction and the
+    // analyser is not working on what it heard. A silence then is the analyser's own.
+    bool lineIdle() const;
+
 private:
     void serve();
     void send(const QByteArray &bytes, int baud, bool pacing);
@@ -51,6 +58,8 @@ private:
     int slave_ = -1;
     int wakePipe_[2] = {-1, -1};
     std::atomic<bool> stopping_{false};
+    std::atomic<bool> busy_{false};
+    std::atomic<bool> unplugged_{false};
     QString devicePath_;
     QString linkPath_;
     QString error_;

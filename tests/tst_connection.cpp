@@ -112,7 +112,7 @@ private slots:
         QCOMPARE(bench.log().last(), QStringLiteral("#kl0"));
         QCOMPARE(window.windowTitle(), QStringLiteral("KW3400R - V1.53       Offline"));
 
-        bench.sim().stop();
+        bench.sim().unplug();
         rm->click();  // nothing answers now
         QVERIFY(!rm->isChecked());
         QCOMPARE(st.portopen, int16_t(0));
