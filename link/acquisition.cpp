@@ -158,8 +158,13 @@ void readstepblock()
     }
     if ((firmwareNumber() > 1.46f || st.baudrate > 19200) && !waitforrd())
         return;
-    if (firmwareNumber() > 1.04f)
-        st.centerfreq = float(vbVal(trailer.mid(17, 8)));
+    if (firmwareNumber() > 1.04f) {
+        // A garbled trailer that reads beyond a Single overflows, and the centre stays as it was.
+        try {
+            st.centerfreq = vbCSng(vbVal(trailer.mid(17, 8)));
+        } catch (const VbError &) {
+        }
+    }
 }
 
 void readtraces()

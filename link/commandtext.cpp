@@ -7,6 +7,7 @@
 namespace kw {
 
 QString trimmedNumber(double value) { return vbLTrim(vbStr(value)); }
+QString trimmedSingle(float value) { return vbLTrim(vbStr(value)); }
 
 QString signedLevel(float value)
 {
@@ -34,7 +35,7 @@ std::optional<double> askValue(const QString &text)
 }
 
 namespace {
-// A reply converted to a whole number; one out of range leaves the field as it was.
+// A reply converted to the field's type; one out of range leaves the field as it was.
 template <typename T>
 void storeConverted(std::optional<double> value, T &field, T (*convert)(double))
 {
@@ -50,10 +51,6 @@ void storeConverted(std::optional<double> value, T &field, T (*convert)(double))
 void storeInt16(std::optional<double> value, int16_t &field) { storeConverted(value, field, &vbCInt); }
 void storeByte(std::optional<double> value, uint8_t &field) { storeConverted(value, field, &vbCByte); }
 
-void storeFloat(std::optional<double> value, float &field)
-{
-    if (value)
-        field = static_cast<float>(*value);
-}
+void storeFloat(std::optional<double> value, float &field) { storeConverted(value, field, &vbCSng); }
 
 }  // namespace kw

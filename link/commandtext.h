@@ -8,6 +8,8 @@ namespace kw {
 
 // "Trim": the general text form of a number with the blank of a positive number removed.
 QString trimmedNumber(double value);
+// The same for a Single field, which prints with its own seven digits.
+QString trimmedSingle(float value);
 // A signed level: "+05.5" for 0 and above, "-30.0" below (the format brings its own minus).
 QString signedLevel(float value);
 

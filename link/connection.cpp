@@ -104,7 +104,7 @@ void normalpointer()
 float firmwareNumber()
 {
     try {
-        return static_cast<float>(vbCDbl(st.firmware));
+        return vbCSng(vbCDbl(st.firmware));
     } catch (const VbError &) {
         return 0.0f;
     }

@@ -27,7 +27,7 @@ void setreflevel()
     readreflevel();
 }
 
-void setattenuator() { sendSetting(QStringLiteral("#at") + trimmedNumber(st.attenuator)); }
+void setattenuator() { sendSetting(QStringLiteral("#at") + trimmedSingle(st.attenuator)); }
 void setbandwith() { sendSetting(QStringLiteral("#bw") + trimmedNumber(st.bandwith)); }
 void setbw400() { sendSetting(QStringLiteral("#bw400")); }
 void setbw9() { sendSetting(QStringLiteral("#bw9")); }

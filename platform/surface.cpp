@@ -17,6 +17,8 @@ QColor paletteColour(int index)
 
 void Surface::setScale(double left, double top, double width, double height)
 {
+    if (width == 0.0 || height == 0.0)
+        return;
     left_ = left;
     top_ = top;
     width_ = width;

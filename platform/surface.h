@@ -24,12 +24,13 @@ public:
     virtual ~Surface() = default;
 
     // User scale: the left edge is scaleLeft, the top edge scaleTop; width and height may be
-    // negative, which turns the axis round.
+    // negative, which turns the axis round. A width or height of 0 is refused and the old one
+    // stays, so a degenerate scale never folds the whole picture onto one edge.
     void setScale(double left, double top, double width, double height);
     void setScaleLeft(double v) { left_ = v; }
     void setScaleTop(double v) { top_ = v; }
-    void setScaleWidth(double v) { width_ = v; }
-    void setScaleHeight(double v) { height_ = v; }
+    void setScaleWidth(double v) { if (v != 0.0) width_ = v; }
+    void setScaleHeight(double v) { if (v != 0.0) height_ = v; }
     double scaleLeft() const { return left_; }
     double scaleTop() const { return top_; }
     double scaleWidth() const { return width_; }

@@ -58,13 +58,15 @@ double FreqToX(float frequency)
         const double low = log10floor(st.decadelow * 1000.0f);
         const double high = log10floor(st.decadehigh * 1000.0f);
         const double x = kPlotWidth / (high - low) * (log10floor(frequency * 1000.0f) - low);
-        return std::isfinite(x) ? x : -1.0;
+        return std::isfinite(x) ? x : 0.0;
     }
+    // A division that fails is passed over like every failing step of a drawing, and the
+    // answer stays 0.
     const float width = st.freqstop - st.freqstart;
     if (width == 0.0f || !std::isfinite(width))
-        return -1.0;
+        return 0.0;
     const double x = std::trunc(double(frequency - st.freqstart) * kPlotWidth / double(width));
-    return std::isfinite(x) ? x : -1.0;
+    return std::isfinite(x) ? x : 0.0;
 }
 
 QString FormatFrequency(float frequency)

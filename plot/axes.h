@@ -14,7 +14,7 @@ constexpr double kPlotWidth = 1000000.0;
 void ComputeDecades();
 
 // x of a frequency (MHz) on the present axis: linear, or logarithmic when logaxis is set. A
-// negative x means off the plot. A linear axis without width has no x: the answer is -1.
+// negative x means off the plot. On an axis without width the division fails and the answer is 0.
 double FreqToX(float frequency);
 
 // "###0.0K" below 1 MHz, "###0.00M" below 1000 MHz, "###0.000G" above.

@@ -16,6 +16,7 @@ constexpr uint8_t kGridColour = 7;
 constexpr uint8_t kDecadeColour = 8;
 constexpr uint8_t kLabelColour = 5;
 constexpr uint8_t kZeroHzColour = 0;
+constexpr double kMostGridLines = 100000.0;
 
 void gridLine(float frequency, uint8_t colour) { PlotLine(frequency, st.grafikmin, frequency, st.grafikmax, colour); }
 
@@ -177,18 +178,28 @@ void DrawLevelGrid()
     Surface &p1 = form->picture1();
     const float r = float((double(st.reflevel) + double(st.attenuator)) * 2.5);
     const float step = float(2.5 * st.dbperdiv);
-    if (!(step > 0.0f))
+    if (!(step > 0.0f) || !std::isfinite(r))
         return;
     const float top = st.grafikmax;
     const float bottom = st.grafikmin;
+    // A reference level from a garbled reply or file can lie so far off the plot that the float
+    // counter would no longer move, or would take ages to arrive: such a grid is not drawn.
+    auto reachable = [step](float from, float to) {
+        return std::abs(double(to) - double(from)) / double(step) < kMostGridLines && from + step != from &&
+               to + step != to;
+    };
     if (r > top) {
         // The reference line lies above the plot: the grid hangs from the top edge.
+        if (!reachable(top, bottom))
+            return;
         for (float y = top; y >= bottom; y -= step)
             if (r > y)
                 levelLine(p1, y);
         return;
     }
     // Otherwise the reference line is a grid line and the grid runs both ways from it.
+    if (!reachable(r, top) || !reachable(r, bottom))
+        return;
     for (float y = r; y <= top; y += step)
         levelLine(p1, y);
     for (float y = r - step; y >= bottom; y -= step)

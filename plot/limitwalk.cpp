@@ -91,6 +91,12 @@ void pieces(float a, float l0, float b, float l1, bool logInterpolation, uint8_t
             return double(l0) + double(l1 - l0) * (log10floor(f) - la) / (lb - la);
         return double(l0) + double(l1 - l0) * double(f - a) / double(b - a);
     };
+    // Rows a few kHz apart high up the band give a step below the float spacing: the counter
+    // would stand still, so such a short stretch is drawn in one piece.
+    if (!(s > 0.0f) || a + s == a || last + s == last) {
+        line(a, double(l0), b, double(l1), colour);
+        return;
+    }
     int guard = 0;
     for (float f = a; f <= last && guard < 4 * kPieces; f += s, ++guard)
         line(f, level(f), f + s, level(f + s), colour);

@@ -64,6 +64,23 @@ Cached &cache()
     return c;
 }
 
+// The columns the scans read, in their order; one the table lacks reads as an empty cell, so a
+// foreign or damaged file loses that line only.
+QString columnList(const QSqlDatabase &db)
+{
+    static const char *const names[kMeasColumns] = {"frequency",  "sample_dbmw", "average_dbmw",   "maxhold_dbmw",
+                                                    "memory_dbmw", "qpeak_dbmw", "ambient_h_dbmw", "ambient_v_dbmw"};
+    QStringList present;
+    QSqlQuery info(db);
+    if (info.exec(QStringLiteral("pragma table_info(measurement)")))
+        while (info.next())
+            present << info.value(1).toString().toLower();
+    QStringList list;
+    for (const char *name : names)
+        list << (present.contains(QLatin1String(name)) ? QLatin1String(name) : QLatin1String("null"));
+    return list.join(QStringLiteral(", "));
+}
+
 // Read-only and straight from SQLite: the drawing only reads, and a table of 100,000 rows must be
 // on the screen in a fraction of a second. The rows are sorted here, stable, with empty
 // frequencies first, as the ordered query would give them.
@@ -80,8 +97,7 @@ std::shared_ptr<const MeasurementTable> readFile(const QString &path)
         if (db.open()) {
             QSqlQuery q(db);
             q.setForwardOnly(true);
-            ok = q.exec(QStringLiteral("select frequency, sample_dbmw, average_dbmw, maxhold_dbmw, memory_dbmw, "
-                                       "qpeak_dbmw, ambient_h_dbmw, ambient_v_dbmw from measurement"));
+            ok = q.exec(QStringLiteral("select ") + columnList(db) + QStringLiteral(" from measurement"));
             while (ok && q.next()) {
                 MeasurementTable::Row row;
                 for (int c = 0; c < kMeasColumns; ++c) {

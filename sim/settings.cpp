@@ -95,7 +95,7 @@ std::optional<QByteArray> SettingsModel::set(const QString &tag, const QString &
         return std::nullopt;  // a number with a comma, or no number: the analyser does not take it
     if (tag == QLatin1String("cf")) s.centerfreq = std::clamp(std::round(v * 1000.0) / 1000.0, 0.0, 1050.0);
     else if (tag == QLatin1String("sp")) s.span = nearestSpan(v);
-    else if (tag == QLatin1String("rl")) s.reflevel = std::clamp(round1(v), -80.0, 20.0);
+    else if (tag == QLatin1String("rl")) s.reflevel = std::clamp(round1(v), -100.0, 20.0);
     else if (tag == QLatin1String("at")) s.attenuator = nearestAttenuator(v);
     else if (tag == QLatin1String("bw")) s.bandwith = nearestBandwidth(v);
     else if (tag == QLatin1String("vf")) s.videofilter = v != 0;
@@ -107,7 +107,7 @@ std::optional<QByteArray> SettingsModel::set(const QString &tag, const QString &
             ++s.calcStarts;
     }
     else if (tag == QLatin1String("tg")) s.tgon = v != 0;
-    else if (tag == QLatin1String("tl")) s.tglevel = std::clamp(round1(v), -70.0, 0.0);
+    else if (tag == QLatin1String("tl")) s.tglevel = std::clamp(round1(v), -50.0, 1.0);
     else if (tag == QLatin1String("es")) s.es = v != 0;
     else if (tag == QLatin1String("tr")) {
         s.triggeron = v != 0;

@@ -112,6 +112,9 @@ void selectDatabase()
         // file that was open, so the check below runs on that one.
         st.databasefile = chosen->left(kPathLength);
         on([] { st.db = OpenDatabase(vbTrim(st.databasefile)); });
+        // rs may still hold a table of the correction chain: a file without version rows must
+        // not pass the test below on that table's rows.
+        on([] { st.rs.Close(); });
         on([] { st.rs = st.db.OpenRecordset(kVersionQuery, dbOpenSnapshot); });
         if (on.test([] { return st.rs.Eof() && st.rs.Bof(); })) {
             dialogs().message(kInitTitle, QStringLiteral("Database defekt or a wrong format") + twoReturns() + vbTrim(st.databasefile));

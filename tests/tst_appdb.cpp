@@ -90,6 +90,9 @@ private slots:
         QCOMPARE(open("select * from limithead h where (select count(*) from limitdef d where d.limitnr = h.limitnr) < 2")
                      .RecordCount(), 0);
         QCOMPARE(open("select * from limitdef where level_dbmw >= -20 or level_dbmw <= -80").RecordCount(), 0);
+        // Reference levels are kept without the attenuator, inside what the settings panel allows.
+        QCOMPARE(open("select * from test where ref > -27 or ref < -99.8").RecordCount(), 0);
+        QCOMPARE(open("select * from settings where reflevel > -27 or reflevel < -99.8").RecordCount(), 0);
         Recordset configs = open("config");
         Recordset tests = open("test");
         QCOMPARE(tests.RecordCount(), 2);
@@ -246,6 +249,17 @@ private slots:
         selectDatabase();
         QCOMPARE(boxesOf(boxes_), (QStringList{"open|Select Database", "Init Database|Database defekt or a wrong format\r\r" + empty}));
         QCOMPARE(st.db.Name(), empty);
+
+        // A table the correction chain left open in rs does not stand in for a missing version table.
+        const QString noVersion = databaseWithVersions(dir, "noversion.mdb", {});
+        Database other = OpenDatabase(noVersion);
+        other.Execute(QStringLiteral("drop table version"));
+        other.Close();
+        st.rs = st.db.OpenRecordset(QStringLiteral("unit"), dbOpenSnapshot);
+        boxes_.shown.clear();
+        boxes_.files.push_back(noVersion);
+        selectDatabase();
+        QCOMPARE(boxesOf(boxes_), (QStringList{"open|Select Database", "Init Database|Database defekt or a wrong format\r\r" + noVersion}));
     }
 };
 

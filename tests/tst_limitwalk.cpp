@@ -114,6 +114,19 @@ private slots:
             QCOMPARE(n, 1);
     }
 
+    // High up the band a step a kHz wide is narrower than fifty float steps: it still arrives.
+    void aShortStepHighUpReachesItsFarEnd()
+    {
+        RecordingPlot plot;
+        plotFrame(10.0f, 3000.0f);
+        st.logaxis = 1;
+        ComputeDecades();
+        drawLimit(limitOf({{1000.0f, -40.0f}, {1000.0012f, -60.0f}}));
+        const auto lines = plot.p1.linesOf(12);
+        QVERIFY(!lines.empty());
+        QCOMPARE(lines.back().y2, -150.0);
+    }
+
     void logLimitOnALinearAxisBendsTheRightWay()
     {
         RecordingPlot plot;

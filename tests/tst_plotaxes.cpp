@@ -201,6 +201,30 @@ private slots:
         QCOMPARE(int(plot.p1.linesOf(7).size()), 0);
     }
 
+    // Values from a garbled reply or an unfinished file: the drawing goes on and never hangs.
+    void degenerateScales()
+    {
+        RecordingPlot plot;
+        st.freqstart = st.freqstop = 100.0f;
+        QCOMPARE(FreqToX(150.0f), 0.0);  // the failed division leaves 0
+        st.grafikmax = -50;
+        st.grafikmin = -250;
+        SetPlotScale();
+        st.grafikmax = st.grafikmin = 0;
+        SetPlotScale();
+        QCOMPARE(plot.p1.scaleHeight(), -200.0);  // a scale of no height is refused
+        st.grafikmax = -50;
+        st.grafikmin = -250;
+        st.dbperdiv = 10;
+        // Far below, the grid would never climb into the plot; far above, it hangs from the top.
+        for (const auto &[reflevel, lines] : {std::pair{-1e30f, 0}, {-std::numeric_limits<float>::infinity(), 0}, {1e30f, 9}}) {
+            plot.p1.lines.clear();
+            st.reflevel = reflevel;
+            DrawLevelGrid();
+            QCOMPARE(int(plot.p1.linesOf(7).size()), lines);
+        }
+    }
+
     void distanceCaption_data()
     {
         QTest::addColumn<DistanceCaptionCase>("c");

@@ -239,6 +239,18 @@ private slots:
         QCOMPARE(int(readMeasurementTable(path)->rows.size()), 5);
         file.Close();
         QVERIFY(!readMeasurementTable(dir.filePath(QStringLiteral("missing.mes"))));
+
+        // A foreign table without some of the columns loses those lines only.
+        const QString foreign = dir.filePath(QStringLiteral("foreign.mes"));
+        Database other = measurementFile(foreign);
+        other.Execute(QStringLiteral("drop table Measurement"));
+        other.Execute(QStringLiteral("create table Measurement (Frequency real, Sample_dBmW real)"));
+        other.Execute(QStringLiteral("insert into Measurement values (100, -10)"));
+        other.Close();
+        const auto partial = readMeasurementTable(foreign);
+        QVERIFY(partial);
+        QCOMPARE(partial->rows.at(0)[kSample].value(), -10.0f);
+        QVERIFY(!partial->rows.at(0)[kQPeak]);
     }
 
     void fileDrawsItsOwnLimitAndTracesWithoutButtonsOrPeak()

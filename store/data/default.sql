@@ -1,7 +1,8 @@
 -- The application database delivered beside the program. Built into default.mdb at build time;
 -- the program never creates it. Levels are stored in dBmW: dBµV and dBµV/m less 107.
--- Step limits carry two points at one frequency, the tighter level first; the index on
--- (number, frequency) keeps them in that order when a query sorts by frequency.
+-- Step limits carry two points at one frequency, in the order the levels follow along the band;
+-- the index on (number, frequency) keeps that order when a query sorts by frequency. A reading
+-- exactly at a step is judged on the segment below it.
 
 PRAGMA application_id = 1264005940;
 BEGIN;
@@ -136,9 +137,9 @@ CREATE TABLE test (Name VARCHAR(255) COLLATE NOCASE, config VARCHAR(255) COLLATE
     startfreq FLOAT4, stopfreq FLOAT4, meastime SMALLINT, limitbezug TINYINT, leveldist FLOAT4, horizontal BOOLEAN,
     vertical BOOLEAN, ambient BOOLEAN);
 INSERT INTO test VALUES ('CISPR 32 B radiated 3 m', 'Radiated 3 m bilog, cable, preamplifier', 8, 0,
-    1, 0, 1, 'dBµV/m', -20, 10, 0, 30, 1000, 1, 0, 6, 1, 1, 0);
+    1, 0, 1, 'dBµV/m', -30, 10, 0, 30, 1000, 1, 0, 6, 1, 1, 0);
 INSERT INTO test VALUES ('CISPR 32 B conducted', 'Conducted LISN cable', 3, 4,
-    1, 1, 2, 'dBµV', -20, 10, 1, 0.15, 30, 1, 0, 6, 1, 1, 0);
+    1, 1, 2, 'dBµV', -30, 10, 1, 0.15, 30, 1, 0, 6, 1, 1, 0);
 
 CREATE TABLE settings (name VARCHAR(255) COLLATE NOCASE, centerfreq FLOAT4, reflevel FLOAT4, attenuator FLOAT4,
     bandwith SMALLINT, videofilter TINYINT, span SMALLINT, unit VARCHAR(20) COLLATE NOCASE, correctionon TINYINT,
@@ -146,7 +147,7 @@ CREATE TABLE settings (name VARCHAR(255) COLLATE NOCASE, centerfreq FLOAT4, refl
     viewb TINYINT, viewab TINYINT, viewlimitmax TINYINT, viewlimitave TINYINT, averagename INTEGER, maxholdname INTEGER,
     tgon TINYINT, tglevel FLOAT4, calc TINYINT);
 -- averagename holds the number of the max hold limit, maxholdname that of the average limit.
-INSERT INTO settings VALUES ('Overview 0-1000 MHz', 500, -20, 10, 400, 0, 1000, 'dBmW                ', 0, 'Not set',
+INSERT INTO settings VALUES ('Overview 0-1000 MHz', 500, -30, 10, 400, 0, 1000, 'dBmW                ', 0, 'Not set',
     0, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, -50, 0);
 INSERT INTO settings VALUES ('Radiated 30-230 MHz, CISPR 32 B 3 m', 130, -30, 10, 120, 0, 200, 'dBµV/m              ', 1,
     'Radiated 3 m bilog, cable, preamplifier', 0, 1, 0, 1, 0, 0, 1, 0, 8, 0, 0, -50, 1);
