@@ -2,6 +2,7 @@
 #include "platform/recordsetstate.h"
 #include "platform/vbformat.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QSqlQuery>
@@ -10,6 +11,7 @@
 #include <atomic>
 #include <cmath>
 #include <limits>
+#include <map>
 
 namespace kw {
 
@@ -70,6 +72,15 @@ void DatabaseHandle::closeConnection()
     QSqlDatabase::removeDatabase(connection);
     connection.clear();
     open = false;
+}
+
+quint64 *changesOf(const QString &path)
+{
+    // Node-based, so the counters stay where they are while files are added.
+    static std::map<QString, quint64> counts;
+    const QFileInfo file(path);
+    const QString folder = file.absoluteDir().canonicalPath();
+    return &counts[(folder.isEmpty() ? file.absolutePath() : folder) + QLatin1Char('/') + file.fileName()];
 }
 
 QString quoted(const QString &name)
@@ -245,6 +256,7 @@ std::shared_ptr<DatabaseHandle> connect(const QString &path)
     auto h = std::make_shared<DatabaseHandle>();
     h->connection = newConnectionName();
     h->path = path;
+    h->changes = changesOf(path);
     QSqlDatabase d = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), h->connection);
     h->registerOpen();
     d.setDatabaseName(path);
@@ -278,7 +290,9 @@ const DatabaseHandle &handle(const std::shared_ptr<DatabaseHandle> &h)
 void run(const DatabaseHandle &h, const QString &sql)
 {
     QSqlQuery q(h.sql());
-    if (!q.exec(sql))
+    const bool done = q.exec(sql);
+    ++*h.changes;  // a failed statement may have changed rows before it failed
+    if (!done)
         throw VbError(errorNumber(q.lastError()));
 }
 
@@ -430,6 +444,8 @@ Recordset Database::OpenRecordset(const QString &source, int type) const
         s->rows.push_back(std::move(row));
     }
     s->live = qsizetype(s->rows.size());
+    s->seenAll = *h.changes;
+    s->followsOthers = withRowid;
     s->bof = s->eof = s->rows.empty();
     s->pos = 0;
 

@@ -50,6 +50,111 @@ qsizetype liveRow(const RecordsetState &s, qsizetype from, Direction d)
     return -1;
 }
 
+// A dynaset shows what other recordsets and statements of the program have since written to
+// the rows it holds: a row is read again when it becomes current, all rows before a search. A
+// row gone from the table is deleted here too. Rows others add do not join the set.
+quint64 writesNow(const RecordsetState &s) { return *s.db->changes; }
+
+bool stale(const RecordsetState &s, const Row &row)
+{
+    return s.followsOthers && s.seenAll != writesNow(s) && row.seen != writesNow(s);
+}
+
+QString selectedColumns(const RecordsetState &s)
+{
+    QStringList names;
+    for (const Column &c : s.columns)
+        names << quoted(c.name);
+    return names.join(QStringLiteral(", "));
+}
+
+void takeValues(const RecordsetState &s, Row &row, const QSqlQuery &q, int first)
+{
+    for (size_t i = 0; i < s.columns.size(); ++i)
+        row.values[i] = readValue(q.value(int(i) + first), s.columns[i].type);
+    row.seen = writesNow(s);
+}
+
+void markGone(RecordsetState &s, Row &row)
+{
+    row.deleted = true;
+    --s.live;
+}
+
+// A set whose columns can't be read back from its table (a computed column) stays as it was read.
+void stopFollowing(RecordsetState &s) { s.followsOthers = false; }
+
+void refreshRow(RecordsetState &s, qsizetype i)
+{
+    Row &row = s.rows[size_t(i)];
+    if (row.deleted || !stale(s, row))
+        return;
+    QSqlQuery q(s.db->sql());
+    q.setForwardOnly(true);
+    if (!q.prepare(QStringLiteral("select %1 from %2 where _rowid_ = ?").arg(selectedColumns(s), quoted(s.table)))) {
+        stopFollowing(s);
+        return;
+    }
+    q.addBindValue(row.rowid);
+    if (!q.exec()) {
+        stopFollowing(s);
+        return;
+    }
+    if (q.next())
+        takeValues(s, row, q, 0);
+    else
+        markGone(s, row);
+}
+
+void refreshAll(RecordsetState &s)
+{
+    if (!s.followsOthers || s.seenAll == writesNow(s))
+        return;
+    QSqlQuery q(s.db->sql());
+    q.setForwardOnly(true);
+    if (!q.exec(QStringLiteral("select _rowid_, %1 from %2").arg(selectedColumns(s), quoted(s.table)))) {
+        stopFollowing(s);
+        return;
+    }
+    QHash<qint64, size_t> where;
+    for (size_t i = 0; i < s.rows.size(); ++i)
+        if (!s.rows[i].deleted)
+            where.insert(s.rows[i].rowid, i);
+    while (q.next()) {
+        const auto it = where.constFind(q.value(0).toLongLong());
+        if (it == where.cend())
+            continue;
+        takeValues(s, s.rows[*it], q, 1);
+        where.erase(it);
+    }
+    for (const size_t i : std::as_const(where))
+        markGone(s, s.rows[i]);
+    s.seenAll = writesNow(s);
+}
+
+// This recordset has written: if it was up to date before, it still is.
+void countWrite(RecordsetState &s)
+{
+    const bool upToDate = s.seenAll == writesNow(s);
+    ++*s.db->changes;
+    if (upToDate)
+        s.seenAll = writesNow(s);
+}
+
+// The next row not deleted from `from` on, read again where others have written since.
+qsizetype landOn(RecordsetState &s, qsizetype from, Direction d)
+{
+    for (;;) {
+        const qsizetype i = liveRow(s, from, d);
+        if (i < 0)
+            return -1;
+        refreshRow(s, i);
+        if (!s.rows[size_t(i)].deleted)
+            return i;
+        from = d == Direction::Forward ? i + 1 : i - 1;
+    }
+}
+
 void setCurrent(RecordsetState &s, qsizetype i)
 {
     s.pos = i;
@@ -97,10 +202,12 @@ void writeRow(RecordsetState &s)
         q.addBindValue(s.rows[size_t(s.pos)].rowid);
     if (!q.exec())
         throw VbError(errorNumber(q.lastError()));
+    countWrite(s);
     if (s.mode == EditMode::AddNew) {
         Row row;
         row.rowid = q.lastInsertId().toLongLong();
         row.values = s.buffer;
+        row.seen = writesNow(s);
         s.rows.push_back(std::move(row));
         ++s.live;
         // The row that was current stays current; an empty set is no longer at its beginning.
@@ -108,6 +215,7 @@ void writeRow(RecordsetState &s)
             s.bof = false;
     } else {
         s.rows[size_t(s.pos)].values = s.buffer;
+        s.rows[size_t(s.pos)].seen = writesNow(s);
     }
 }
 
@@ -135,7 +243,7 @@ void Recordset::MoveFirst()
     if (s.bof && s.eof)
         throw VbError(kNoCurrent);
     dropEdit(s);
-    const qsizetype i = liveRow(s, 0, Direction::Forward);
+    const qsizetype i = landOn(s, 0, Direction::Forward);
     if (i < 0) {
         s.bof = s.eof = true;
         return;
@@ -149,7 +257,7 @@ void Recordset::MoveLast()
     if (s.bof && s.eof)
         throw VbError(kNoCurrent);
     dropEdit(s);
-    const qsizetype i = liveRow(s, qsizetype(s.rows.size()) - 1, Direction::Backward);
+    const qsizetype i = landOn(s, qsizetype(s.rows.size()) - 1, Direction::Backward);
     if (i < 0) {
         s.bof = s.eof = true;
         return;
@@ -163,7 +271,7 @@ void Recordset::MoveNext()
     if (s.eof)
         throw VbError(kNoCurrent);
     dropEdit(s);
-    const qsizetype i = liveRow(s, s.bof ? 0 : s.pos + 1, Direction::Forward);
+    const qsizetype i = landOn(s, s.bof ? 0 : s.pos + 1, Direction::Forward);
     if (i < 0) {
         s.eof = true;
         s.bof = false;
@@ -179,7 +287,7 @@ void Recordset::MovePrevious()
     if (s.bof)
         throw VbError(kNoCurrent);
     dropEdit(s);
-    const qsizetype i = liveRow(s, s.eof ? qsizetype(s.rows.size()) - 1 : s.pos - 1, Direction::Backward);
+    const qsizetype i = landOn(s, s.eof ? qsizetype(s.rows.size()) - 1 : s.pos - 1, Direction::Backward);
     if (i < 0) {
         s.bof = true;
         s.eof = false;
@@ -199,6 +307,7 @@ void find(RecordsetState &s, const QString &text, FindFrom from)
     bindCriterion(
         c, [&s](const QString &name) { return s.column(name); },
         [&s](int i) { return s.columns[size_t(i)].type == FieldType::Single; });
+    refreshAll(s);
     const Direction d = from == FindFrom::First || from == FindFrom::Next ? Direction::Forward : Direction::Backward;
     qsizetype start = 0;
     switch (from) {
@@ -245,6 +354,8 @@ void Recordset::Edit()
     RecordsetState &s = state();
     if (s.snapshot || s.table.isEmpty())
         throw VbError(kReadOnly);
+    currentRow(s);
+    refreshRow(s, s.pos);  // the edit starts from the row as it is now
     const Row &row = currentRow(s);
     dropEdit(s);
     s.mode = EditMode::Edit;
@@ -283,6 +394,7 @@ void Recordset::Delete()
     q.addBindValue(row.rowid);
     if (!q.exec())
         throw VbError(errorNumber(q.lastError()));
+    countWrite(s);
     dropEdit(s);
     row.deleted = true;
     --s.live;

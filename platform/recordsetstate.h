@@ -15,6 +15,9 @@ struct DatabaseHandle {
     QString connection;
     QString path;
     bool open = false;
+    // Counts the writes to the file through any handle of this program, so that a dynaset can
+    // tell that rows it read may have been changed by another recordset or statement since.
+    quint64 *changes = nullptr;
 
     ~DatabaseHandle();
     QSqlDatabase sql() const { return QSqlDatabase::database(connection, false); }
@@ -27,6 +30,7 @@ struct Row {
     qint64 rowid = 0;
     std::vector<QVariant> values;
     bool deleted = false;
+    quint64 seen = 0;  // the file's count of writes when the values were read
 };
 
 enum class EditMode { None, Edit, AddNew };
@@ -50,6 +54,8 @@ struct RecordsetState {
     bool eof = true;
     bool noMatch = false;
     qsizetype live = 0;  // rows not deleted
+    quint64 seenAll = 0;  // the count of writes up to which all rows are as in the file
+    bool followsOthers = false;  // a dynaset whose rows can be read again by row id
     EditMode mode = EditMode::None;
     std::vector<QVariant> buffer;
     std::vector<bool> changed;
@@ -69,5 +75,7 @@ QVariant assignedValue(const QVariant &value, const std::optional<FieldType> &ty
 int errorNumber(const QSqlError &error);
 // A name quoted for SQL.
 QString quoted(const QString &name);
+// The count of writes to the file at path (its canonical name), shared by all its handles.
+quint64 *changesOf(const QString &path);
 
 }  // namespace kw::detail

@@ -233,6 +233,51 @@ private slots:
         QCOMPARE(db_.OpenRecordset(QStringLiteral("limitdef"), dbOpenSnapshot).RecordCount(), 4);
     }
 
+    // A dynaset shows what others wrote to its rows once it moves or searches; a snapshot keeps
+    // what it read. Rows others delete are gone from it, rows others add never join it.
+    void dynasetsSeeEachOthersWrites()
+    {
+        const QString source = QStringLiteral("select * from limithead order by limitnr");
+        Recordset viewer = db_.OpenRecordset(source);
+        Recordset copy = db_.OpenRecordset(source, dbOpenSnapshot);
+        Database second = OpenDatabase(path_);
+        Recordset editor = second.OpenRecordset(source);
+        editor.FindFirst(QStringLiteral("limitnr = 2"));
+        editor.Edit();
+        editor.SetField(QStringLiteral("limitname"), QStringLiteral("edited"));
+        editor.Update();
+        QCOMPARE(viewer.FieldText(QStringLiteral("limitname")), QStringLiteral("abc"));  // no move yet
+        viewer.MoveNext();
+        QCOMPARE(viewer.FieldText(QStringLiteral("limitname")), QStringLiteral("edited"));
+        copy.MoveNext();
+        QCOMPARE(copy.FieldText(QStringLiteral("limitname")), QStringLiteral("ABC"));
+
+        db_.Execute(QStringLiteral("update limithead set code = 7 where limitnr = 4"));
+        db_.Execute(QStringLiteral("delete from limithead where limitnr = 3"));
+        db_.Execute(QStringLiteral("insert into limithead (limitnr, limitname) values (5, 'added')"));
+        viewer.FindFirst(QStringLiteral("code = 7"));
+        QVERIFY(!viewer.NoMatch());
+        QCOMPARE(viewer.FieldNumber(QStringLiteral("limitnr")), 4.0);
+        viewer.MovePrevious();  // over the deleted row
+        QCOMPARE(viewer.FieldNumber(QStringLiteral("limitnr")), 2.0);
+        QCOMPARE(viewer.RecordCount(), 3);
+        viewer.MoveLast();
+        QCOMPARE(viewer.FieldNumber(QStringLiteral("limitnr")), 4.0);
+
+        // An edit starts from the row as it is now, and a row deleted under it can't be edited.
+        editor.MoveFirst();
+        viewer.MoveFirst();
+        editor.Edit();
+        editor.SetField(QStringLiteral("code"), 9);
+        editor.Update();
+        viewer.Edit();
+        QCOMPARE(viewer.FieldNumber(QStringLiteral("code")), 9.0);
+        viewer.CancelUpdate();
+        editor.Delete();
+        QCOMPARE(errorOf([&] { viewer.Edit(); }), 3167);
+        second.Close();
+    }
+
     // A program that dies after an Update has still written the row.
     void updatesSurviveACrash()
     {
