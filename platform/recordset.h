@@ -7,10 +7,11 @@
 // 91 object not set, 3420 object closed ...), so that a caller that passes errors over wraps each
 // statement in ResumeNext (platform/onerror.h) and goes on with the next.
 //
-// Both kinds of recordset read their rows when they are opened. A snapshot is read-only. A dynaset
-// writes every Update and Delete at once to its one base table (each statement its own
-// transaction, so a crash loses at most the statement in flight); rows added through it appear at
-// its end. Criteria are evaluated in C++, never pasted into SQL.
+// Both kinds of recordset read their rows when they are opened. A snapshot is read-only and keeps
+// what it read. A dynaset writes every Update and Delete at once to its one base table (each
+// statement its own transaction, so a crash loses at most the statement in flight); rows added
+// through it appear at its end; what other recordsets and statements of the program write to its
+// rows shows once it moves or searches. Criteria are evaluated in C++, never pasted into SQL.
 
 #include <QString>
 #include <QVariant>
