@@ -3,6 +3,7 @@
 #include "levels/correctiontables.h"
 #include "link/blockread.h"
 #include "link/commands.h"
+#include "link/commandtext.h"
 #include "link/connection.h"
 #include "link/storetrace.h"
 #include "link/transport.h"
@@ -158,13 +159,8 @@ void readstepblock()
     }
     if ((firmwareNumber() > 1.46f || st.baudrate > 19200) && !waitforrd())
         return;
-    if (firmwareNumber() > 1.04f) {
-        // A garbled trailer that reads beyond a Single overflows, and the centre stays as it was.
-        try {
-            st.centerfreq = vbCSng(vbVal(trailer.mid(17, 8)));
-        } catch (const VbError &) {
-        }
-    }
+    if (firmwareNumber() > 1.04f)
+        storeFloat(vbVal(trailer.mid(17, 8)), st.centerfreq);  // beyond a Single, the centre stays
 }
 
 void readtraces()

@@ -91,12 +91,7 @@ void refreshRow(RecordsetState &s, qsizetype i)
         return;
     QSqlQuery q(s.db->sql());
     q.setForwardOnly(true);
-    if (!q.prepare(QStringLiteral("select %1 from %2 where _rowid_ = ?").arg(selectedColumns(s), quoted(s.table)))) {
-        stopFollowing(s);
-        return;
-    }
-    q.addBindValue(row.rowid);
-    if (!q.exec()) {
+    if (!q.exec(QStringLiteral("select %1 from %2 where _rowid_ = %3").arg(selectedColumns(s), quoted(s.table)).arg(row.rowid))) {
         stopFollowing(s);
         return;
     }
@@ -396,8 +391,7 @@ void Recordset::Delete()
         throw VbError(errorNumber(q.lastError()));
     countWrite(s);
     dropEdit(s);
-    row.deleted = true;
-    --s.live;
+    markGone(s, row);
 }
 
 void Recordset::Close()

@@ -204,16 +204,10 @@ void PtyServer::serve()
         // Marked before the read empties the queue, so the line never looks idle in between.
         busy_ = true;
         const ssize_t n = ::read(master_, buffer, sizeof buffer);
-        if (n <= 0) {
-            busy_ = false;
-            continue;
-        }
-        if (unplugged_) {
-            busy_ = false;
-            continue;  // what the program sends goes nowhere
-        }
+        // Unplugged, what the program sends goes nowhere.
+        const ssize_t heardBytes = unplugged_ ? 0 : n;
         const int heard = lineBaud();
-        for (ssize_t i = 0; i < n; ++i) {
+        for (ssize_t i = 0; i < heardBytes; ++i) {
             QByteArray out;
             int baud = 0;
             bool pacing = false;

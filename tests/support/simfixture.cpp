@@ -21,16 +21,14 @@ SimBench::SimBench(const kt::Options &options)
     // 2 s. While bytes are under way it keeps real time: a busy machine that is slow to pass them on
     // must not look like an analyser that does not answer.
     st.serialtimeout = 2;
-    auto real = std::make_shared<QElapsedTimer>();
-    real->start();
-    auto lastNanos = std::make_shared<qint64>(0);
-    auto seconds = std::make_shared<double>(1000.0);
-    setTimerSource([this, real, lastNanos, seconds] {
-        const qint64 now = real->nsecsElapsed();
+    QElapsedTimer real;
+    real.start();
+    setTimerSource([this, real, lastNanos = qint64(0), seconds = 1000.0]() mutable {
+        const qint64 now = real.nsecsElapsed();
         const double rate = server_ && server_->lineIdle() ? 10.0 : 1.0;
-        *seconds += static_cast<double>(now - *lastNanos) * 1e-9 * rate;
-        *lastNanos = now;
-        return static_cast<float>(*seconds);
+        seconds += static_cast<double>(now - lastNanos) * 1e-9 * rate;
+        lastNanos = now;
+        return static_cast<float>(seconds);
     });
     setDialogs(&boxes_);
     setProgramDirectory(dir_.path());
