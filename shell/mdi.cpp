@@ -1,6 +1,7 @@
 #include "shell/mdi.h"
 
 #include "shell/boxcom.h"
+#include "shell/forms.h"
 #include "shell/menu.h"
 #include "shell/trform.h"
 #include "shell/startup.h"
@@ -38,6 +39,7 @@ Mdi::Mdi()
     setCentralWidget(central);
     resize(1200, 850);
 
+    registerAllForms();
     buildMainMenu(*this);
 
     uiHooks().captionChanged = [this] { refreshCaption(); };
