@@ -17,25 +17,29 @@ DBCombo::DBCombo(QWidget *parent) : QComboBox(parent)
     connect(this, &QComboBox::activated, this, [this](int) { emit listChosen(); });
 }
 
-void DBCombo::setRowSource(Data *data, const QString &listField)
+void DBCombo::setRowSource(Data *source, const QString &listField)
 {
     if (rowSource_)
         disconnect(rowSource_, nullptr, this, nullptr);
-    rowSource_ = data;
+    rowSource_ = source;
     listField_ = listField;
-    if (data)
-        connect(data, &Data::refreshed, this, &DBCombo::refill);
+    if (source)
+        connect(source, &Data::refreshed, this, &DBCombo::refill);
     refill();
 }
 
-void DBCombo::setDataSource(Data *data, const QString &dataField)
+Data *DBCombo::rowSource() const { return rowSource_; }
+
+Data *DBCombo::dataSource() const { return dataSource_; }
+
+void DBCombo::setDataSource(Data *source, const QString &dataField)
 {
     if (dataSource_ && dataSource_ != rowSource_)
         disconnect(dataSource_, nullptr, this, nullptr);
-    dataSource_ = data;
+    dataSource_ = source;
     dataField_ = dataField;
-    if (data)
-        connect(data, &Data::rowMoved, this, &DBCombo::showBoundField);
+    if (source)
+        connect(source, &Data::rowMoved, this, &DBCombo::showBoundField);
     showBoundField();
 }
 

@@ -26,11 +26,11 @@ class DBCombo : public QComboBox {
 public:
     explicit DBCombo(QWidget *parent = nullptr);
 
-    void setRowSource(Data *data, const QString &listField);
-    Data *rowSource() const { return rowSource_; }
+    void setRowSource(Data *source, const QString &listField);
+    Data *rowSource() const;
     QString listField() const { return listField_; }
-    void setDataSource(Data *data, const QString &dataField);
-    Data *dataSource() const { return dataSource_; }
+    void setDataSource(Data *source, const QString &dataField);
+    Data *dataSource() const;
     QString dataField() const { return dataField_; }
 
     // Reads the list again from the row source; the text stays.
