@@ -20,17 +20,6 @@
 
 namespace kw {
 
-namespace {
-
-template <class W>
-W *named(W *w, const char *name)
-{
-    w->setObjectName(QString::fromLatin1(name));
-    return w;
-}
-
-}  // namespace
-
 Detec::Detec(QWidget *parent) : LivePanel(QStringLiteral("detec"), QStringLiteral("Display Mode"), 9, parent)
 {
     // Two columns: what the analyser does beside what the program reads and draws.

@@ -37,13 +37,6 @@ int indexOf(const int (&values)[N], double value)
     return -1;
 }
 
-template <class W>
-W *named(W *w, const char *name)
-{
-    w->setObjectName(QString::fromLatin1(name));
-    return w;
-}
-
 }  // namespace
 
 Measur::Measur(QWidget *parent) : LivePanel(QStringLiteral("measur"), QStringLiteral("Measurement"), 6, parent)
