@@ -7,6 +7,9 @@
 #include <QSerialPort>
 #include <QThread>
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <termios.h>
 
 Q_LOGGING_CATEGORY(lcLine, "kw.line", QtWarningMsg)
 
@@ -174,9 +177,23 @@ void SerialControl::waitForInput(int sliceMs)
 
 void SerialControl::checkDevice()
 {
-    if (failed_ || !port_->isOpen() || port_->error() != QSerialPort::ResourceError)
+    if (failed_ || !port_->isOpen())
         return;
-    qCWarning(lcLine) << "device failed:" << port_->portName() << port_->errorString();
+    const QSerialPort::SerialPortError error = port_->error();
+    if (error == QSerialPort::NoError || error == QSerialPort::TimeoutError)
+        return;
+    // A device that has hung up is not always told as such: its reads may just find nothing
+    // (a read error). What has gone answers no question about its line, a working one does.
+    QString reason = port_->errorString();
+    if (error != QSerialPort::ResourceError) {
+        termios line{};
+        if (::tcgetattr(static_cast<int>(port_->handle()), &line) == 0) {
+            port_->clearError();
+            return;
+        }
+        reason = QString::fromLocal8Bit(std::strerror(errno));
+    }
+    qCWarning(lcLine) << "device failed:" << port_->portName() << reason;
     // Unsent bytes would be retried for ever against a device that is not there, and a watched
     // device that has hung up reports itself ready again and again: let go of both.
     port_->clear();
