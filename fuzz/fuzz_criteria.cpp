@@ -20,7 +20,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     try {
         kw::Criterion criterion = kw::parseCriterion(QString::fromUtf8(kw::fuzz::bytes(data, size)));
         kw::bindCriterion(
-            criterion, [](const QString &name) { return int(columns.indexOf(name, 0, Qt::CaseInsensitive)); },
+            criterion,
+            [](const QString &name) {
+                for (qsizetype i = 0; i < columns.size(); ++i)
+                    if (columns[i].compare(name, Qt::CaseInsensitive) == 0)
+                        return int(i);
+                return -1;
+            },
             [](int index) { return index == 1 || index == 2; });
         for (const auto &row : rows)
             (void)kw::matchesCriterion(criterion, row);
