@@ -4,7 +4,6 @@
 
 #include <QFile>
 #include <QMap>
-#include <QTextStream>
 
 namespace kw {
 
@@ -13,6 +12,10 @@ namespace {
 bool loaded = false;
 QMap<int, QString> overrides;
 
+// A port map is a handful of short lines: what lies beyond this is not read at all, so a damaged
+// or enormous file costs nothing.
+constexpr qint64 kPortMapLimit = 64 * 1024;
+
 void load()
 {
     loaded = true;
@@ -20,9 +23,9 @@ void load()
     QFile file(programFile(QStringLiteral("ports.def")));
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
         return;
-    QTextStream in(&file);
-    while (!in.atEnd()) {
-        const QString line = in.readLine().trimmed();
+    const QList<QByteArray> lines = file.read(kPortMapLimit).split('\n');
+    for (const QByteArray &bytes : lines) {
+        const QString line = QString::fromLocal8Bit(bytes).trimmed();
         if (line.startsWith(QLatin1Char('#')))
             continue;
         const int eq = line.indexOf(QLatin1Char('='));
