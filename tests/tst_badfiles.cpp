@@ -226,10 +226,10 @@ private slots:
         const QString path = dir.file(QStringLiteral("chosen.mdb"));
         if (!makeBad(Bad(bad), path, readFile(dir.file(QStringLiteral("default.mdb")))))
             QSKIP("this machine cannot make that file");
+        const auto before = snapshot(dir.path());
         st.databasefile = dir.file(QStringLiteral("default.mdb"));
         openApplicationDatabase();
         QVERIFY2(boxes_.shown.empty(), qPrintable(boxesOf(boxes_).join(QLatin1Char('\n'))));
-        const auto before = snapshot(dir.path());
 
         boxes_.files.push_back(path);
         selectDatabase();
