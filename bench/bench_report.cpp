@@ -66,6 +66,7 @@ int main(int argc, char **argv)
     std::printf("  PDF %lld bytes\n", QFileInfo(pdf).size());
 
     ImageSurface picture(380, 533);
+    picture.setJoinedLines(true);
     previewArea().picture = &picture;
     report("preview of 97,001 rows", milliseconds(5, [] { DrawPreview(); }), 300);
     previewArea() = PreviewArea{};

@@ -2,6 +2,7 @@
 
 #include <QFontMetricsF>
 #include <QPainter>
+#include <algorithm>
 #include <cmath>
 
 namespace kw {
@@ -50,6 +51,7 @@ double PainterSurface::textWidth(const QString &text) const
 
 void PainterSurface::moveTarget(const QRectF &target)
 {
+    endLayers();
     target_ = target;
     if (painter_ && painter_->isActive()) {
         painter_->resetTransform();
@@ -84,6 +86,7 @@ QPainter &PainterSurface::painter()
 
 void PainterSurface::flush()
 {
+    endLayers();
     if (painter_) {
         if (painter_->isActive())
             painter_->end();
@@ -93,6 +96,8 @@ void PainterSurface::flush()
 
 void PainterSurface::clear()
 {
+    pending_.clear();
+    layers_.clear();
     QPainter &p = painter();
     p.setCompositionMode(QPainter::CompositionMode_SourceOver);
     penMode_ = -1;
@@ -125,19 +130,112 @@ void PainterSurface::applyPen(int colour)
 
 void PainterSurface::line(double x1, double y1, double x2, double y2, int colour)
 {
-    applyPen(colour);
     // Whole pixels: the plot is not antialiased, and the integer path of the painter is the fast
     // one for the hundred thousand short lines of a large file.
     const QPoint a(int(std::lround(toDeviceX(x1))), int(std::lround(toDeviceY(y1))));
     const QPoint b(int(std::lround(toDeviceX(x2))), int(std::lround(toDeviceY(y2))));
+    if (joinLines_ && drawMode == kModeCopyPen) {
+        drawJoined(a, b, colour);
+        return;
+    }
+    drawPending();
+    applyPen(colour);
     if (a == b)
         painter_->drawPoint(a);
     else
         painter_->drawLine(a, b);
 }
 
+namespace {
+// Adds a point to a polyline. Points that fall into one device column are drawn as one vertical
+// stroke from their lowest to their highest, so a column keeps only where the line enters, its two
+// extremes and where it leaves: the same pixels with far fewer points when many rows share a
+// column.
+void append(auto &line, const QPoint &b)
+{
+    QPolygon &p = line.points;
+    if (b.x() != p.last().x()) {
+        line.column = int(p.size());
+        p.append(b);
+        return;
+    }
+    p.append(b);
+    const int first = line.column;
+    if (p.size() - first <= 4)
+        return;
+    int low = p[first].y(), high = low;
+    for (int i = first + 1; i < p.size(); ++i) {
+        low = std::min(low, p[i].y());
+        high = std::max(high, p[i].y());
+    }
+    const QPoint last = p.last();
+    p.resize(first + 1);
+    p.append(QPoint(b.x(), low));
+    p.append(QPoint(b.x(), high));
+    p.append(last);
+}
+}  // namespace
+
+void PainterSurface::drawJoined(const QPoint &a, const QPoint &b, int colour)
+{
+    constexpr size_t kMostPending = 16;
+    const int width = std::max(1, drawWidth);
+    for (Pending &line : pending_) {
+        if (line.colour == colour && line.width == width && line.style == drawStyle && line.points.last() == a) {
+            if (b != a)
+                append(line, b);
+            return;
+        }
+    }
+    // A pen not seen since the last text starts a new layer: what was drawn before lies under it.
+    const std::array<int, 3> pen{colour, width, drawStyle};
+    if (std::find(layers_.begin(), layers_.end(), pen) == layers_.end()) {
+        drawPending();
+        layers_.push_back(pen);
+    } else if (pending_.size() >= kMostPending) {
+        drawPending();
+    }
+    Pending line{colour, width, drawStyle, QPolygon(), 0};
+    line.points.append(a);
+    if (b != a)
+        append(line, b);
+    pending_.push_back(std::move(line));
+}
+
+void PainterSurface::endLayers()
+{
+    drawPending();
+    layers_.clear();
+}
+
+void PainterSurface::drawPending()
+{
+    if (pending_.empty())
+        return;
+    std::vector<Pending> lines;
+    lines.swap(pending_);
+    painter();
+    const int width = drawWidth;
+    const int style = drawStyle;
+    const int mode = drawMode;
+    drawMode = kModeCopyPen;
+    for (const Pending &line : lines) {
+        drawWidth = line.width;
+        drawStyle = line.style;
+        applyPen(line.colour);
+        if (line.points.size() == 1)
+            painter_->drawPoint(line.points.first());
+        else
+            painter_->drawPolyline(line.points);
+    }
+    drawWidth = width;
+    drawStyle = style;
+    drawMode = mode;
+}
+
 void PainterSurface::print(const QString &text)
 {
+    endLayers();
     QPainter &p = painter();
     if (penColour_ != foreColour || penMode_ != kModeCopyPen) {
         const int mode = drawMode;

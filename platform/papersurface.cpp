@@ -16,6 +16,7 @@ PaperSurface::PaperSurface(QPrinter &printer) : printer_(printer)
 {
     printer_.setResolution(kPaperDpi);
     setTarget(&printer_, sheet());
+    setJoinedLines(true);
 }
 
 PaperSurface::~PaperSurface() { endDoc(); }

@@ -178,6 +178,7 @@ Printe::Printe(QWidget *parent) : QWidget(parent)
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(r_);
+    r_->surface().setJoinedLines(true);
     st.previewopen = 1;
     previewArea() = PreviewArea{&r_->surface(), [this] { r_->update(); }};
     previewDrawing() = &DrawPreview;

@@ -391,6 +391,42 @@ private slots:
         QVERIFY(!qEnvironmentVariableIsEmpty("KW_KEEP_PICTURES") ? image.save(QStringLiteral("preview.png")) : true);
     }
 
+    void joinedLinesLeaveTheSamePixels()
+    {
+        // Two noisy traces far denser than the pixels, interleaved as a scan draws them.
+        ImageSurface single(300, 200), joined(300, 200);
+        joined.setJoinedLines(true);
+        for (ImageSurface *s : {&single, &joined}) {
+            s->setScale(0, 0, 20000, 200);
+            s->clear();
+            for (int i = 0; i < 20000; ++i) {
+                s->drawWidth = 1;
+                s->line(i, 50 + (i * 7919) % 40, i + 1, 50 + ((i + 1) * 7919) % 40, 12);
+                s->drawWidth = 3;
+                s->line(i, 120 + (i * 104729) % 60, i + 1, 120 + ((i + 1) * 104729) % 60, 2);
+            }
+        }
+        // Joins and caps of thick polylines may set a pixel more or less; in every column each
+        // trace still reaches from its lowest to its highest point.
+        const QImage a = single.image(), b = joined.image();
+        for (const QRgb colour : {paletteColour(12).rgb(), paletteColour(2).rgb()}) {
+            for (int x = 2; x < a.width() - 2; ++x) {
+                auto extent = [&](const QImage &image) {
+                    int top = -1, bottom = -1;
+                    for (int y = 0; y < image.height(); ++y)
+                        if (image.pixel(x, y) == colour) {
+                            top = top < 0 ? y : top;
+                            bottom = y;
+                        }
+                    return std::pair{top, bottom};
+                };
+                const auto [top1, bottom1] = extent(a);
+                const auto [top2, bottom2] = extent(b);
+                QVERIFY2(std::abs(top1 - top2) <= 2 && std::abs(bottom1 - bottom2) <= 2, qPrintable(QString::number(x)));
+            }
+        }
+    }
+
     void headlineBoxTakesSixtyOneCharactersAndNoMore()
     {
         Setprn form;
