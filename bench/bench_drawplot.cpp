@@ -14,6 +14,7 @@
 #include <cstdio>
 
 using namespace kw;
+using kwbench::report;
 using kwbench::level;
 using kwbench::makeMeasurementFile;
 
@@ -26,11 +27,6 @@ double millisecondsPerPass(int passes)
     for (int i = 0; i < passes; ++i)
         DrawPlot();
     return double(clock.nsecsElapsed()) / 1e6 / passes;
-}
-
-void report(const char *what, double ms, double target)
-{
-    std::printf("%-52s %8.2f ms  (target < %.0f ms)  %s\n", what, ms, target, ms < target ? "ok" : "MISSED");
 }
 
 }  // namespace

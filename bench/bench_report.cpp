@@ -13,13 +13,9 @@
 #include <QTemporaryDir>
 
 using namespace kw;
+using kwbench::report;
 
 namespace {
-
-void report(const char *what, double ms, double target)
-{
-    std::printf("%-52s %8.2f ms  (target < %.0f ms)  %s\n", what, ms, target, ms < target ? "ok" : "MISSED");
-}
 
 template <typename F>
 double milliseconds(int passes, F &&pass)

@@ -1,6 +1,6 @@
 #pragma once
-// The large measurement file the drawing benchmarks read: 97,001 rows of a spectrum with noise
-// and a few carriers.
+// What the drawing benchmarks share: the large measurement file they read (97,001 rows of a
+// spectrum with noise and a few carriers) and the line that prints a figure against its target.
 
 #include "platform/recordset.h"
 
@@ -11,6 +11,12 @@
 namespace kwbench {
 
 using namespace kw;
+
+// One measured figure against its target.
+inline void report(const char *what, double ms, double target)
+{
+    std::printf("%-52s %8.2f ms  (target < %.0f ms)  %s\n", what, ms, target, ms < target ? "ok" : "MISSED");
+}
 
 // A spectrum with noise and a few carriers, in plot units.
 inline int16_t level(int i, int trace)

@@ -8,6 +8,8 @@
 #include "plot/plotsources.h"
 #include "plot/printforms.h"
 #include "plot/report.h"
+#include "shell/forms.h"
+#include "shell/mdi.h"
 #include "shell/state.h"
 #include "support/measfile.h"
 #include "support/testfiles.h"
@@ -17,6 +19,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QProcess>
+#include <QPushButton>
+#include <QAction>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -425,6 +429,37 @@ private slots:
                 QVERIFY2(std::abs(top1 - top2) <= 2 && std::abs(bottom1 - bottom2) <= 2, qPrintable(QString::number(x)));
             }
         }
+    }
+
+    void printOpensSettingsAndPreviewThatFollowTheOptions()
+    {
+        Mdi window;
+        window.resize(1000, 800);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        liveRead();
+        window.menuEntry(QStringLiteral("mnuprint"))->trigger();
+        QVERIFY(formLoaded(QStringLiteral("setprn")));
+        QVERIFY(formLoaded(QStringLiteral("printe")));
+        QCOMPARE(st.previewopen, uint8_t(1));
+        auto *r = loadedForm(QStringLiteral("printe"))->findChild<PictureBox *>(QStringLiteral("r"));
+        QVERIFY(r);
+        QCoreApplication::processEvents();
+        const QImage landscape = r->surface().image().copy();
+        QVERIFY(colouredPixels(landscape, Hue::Red) > 0);
+
+        auto *vertical = loadedForm(QStringLiteral("setprn"))->findChild<QCheckBox *>(QStringLiteral("Check2"));
+        QTest::mouseClick(vertical, Qt::LeftButton);
+        QVERIFY(r->surface().image() != landscape);
+        if (!qEnvironmentVariableIsEmpty("KW_KEEP_PICTURES"))
+            window.grab().save(QStringLiteral("printforms.png"));
+
+        QTest::mouseClick(loadedForm(QStringLiteral("setprn"))->findChild<QPushButton *>(QStringLiteral("Command2")),
+                          Qt::LeftButton);
+        QTRY_VERIFY(!formLoaded(QStringLiteral("printe")));
+        QVERIFY(!formLoaded(QStringLiteral("setprn")));
+        QTRY_COMPARE(st.previewopen, uint8_t(0));
+        QVERIFY(!previewDrawing());
     }
 
     void headlineBoxTakesSixtyOneCharactersAndNoMore()
