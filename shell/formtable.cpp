@@ -1,5 +1,6 @@
 #include "shell/forms.h"
 
+#include "live/livepanel.h"
 #include "plot/printforms.h"
 
 namespace kw {
@@ -7,6 +8,7 @@ namespace kw {
 // Each subsystem adds its forms here as they are written.
 void registerAllForms()
 {
+    registerLiveForms();
     registerReportForms();
 }
 

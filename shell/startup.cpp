@@ -1,6 +1,7 @@
 #include "shell/startup.h"
 
 #include "live/cycle.h"
+#include "live/livepanel.h"
 #include "live/timers.h"
 #include "live/toolbar.h"
 #include "platform/progdir.h"
@@ -39,11 +40,17 @@ void loadMain(Mdi &window)
 
     showGrafik(window);
     // Before setting.def is written each form puts its placement into formpos.
-    uiHooks().storeFormPositions = [&window] { storeGrafikPlacement(window); };
+    uiHooks().storeFormPositions = [&window] {
+        storeGrafikPlacement(window);
+        storePanelPlacements();
+    };
+    connectPanelMenu(window);
 
     // The forms of the mode: emc in EMC mode, measur, track and detec in normal mode, in that
     // order. They join here as they are written.
     const bool emcMode = st.mode != 0;
+    if (!emcMode)
+        showLivePanels();
     st.measext = emcMode ? QStringLiteral(".emc") : QStringLiteral(".mes");
     if (QAction *a = window.menuEntry(QStringLiteral("mnuemc")))
         a->setChecked(emcMode);
