@@ -1,6 +1,7 @@
 #include "live/toolbar.h"
 
 #include "live/cycle.h"
+#include "plot/printforms.h"
 #include "shell/mdi.h"
 #include "shell/toolpanel.h"
 #include "shell/uihooks.h"
@@ -29,7 +30,7 @@ void addToolButtons(Mdi &window)
     ToolPanel *panel = window.toolPanel();
     if (panel->findChild<QPushButton *>(QStringLiteral("Command2")))
         return;
-    button(panel, "Command1", "Print");
+    QPushButton *print = button(panel, "Command1", "Print");
     QPushButton *read = button(panel, "Command2", "Read");
     QPushButton *setRead = button(panel, "Command3", "Set/Read");
     QPushButton *erase = button(panel, "Command4", "Erase");
@@ -44,6 +45,7 @@ void addToolButtons(Mdi &window)
         if (QAction *save = window.menuEntry(QStringLiteral("mnusmeasurement")))
             save->setEnabled(true);
     });
+    QObject::connect(print, &QPushButton::clicked, &window, [] { showPrintSettings(); });
     QObject::connect(setRead, &QPushButton::clicked, &window, [] { SetRead(); });
     QObject::connect(erase, &QPushButton::clicked, &window, [] { eraseall(); });
     // Toolbox acts on the release of the button, before setsingle opens.

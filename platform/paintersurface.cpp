@@ -2,13 +2,62 @@
 
 #include <QFontMetricsF>
 #include <QPainter>
+#include <algorithm>
 #include <cmath>
 
 namespace kw {
 
+namespace {
+// The report names the fonts of the desktop it was first written for; their metric-compatible
+// free twins keep the page the same on every machine.
+void substituteFonts()
+{
+    static const bool done = [] {
+        QFont::insertSubstitution(QStringLiteral("arial"), QStringLiteral("Liberation Sans"));
+        QFont::insertSubstitution(QStringLiteral("Courier New"), QStringLiteral("Liberation Mono"));
+        return true;
+    }();
+    (void)done;
+}
+}  // namespace
+
 PainterSurface::PainterSurface()
 {
+    substituteFonts();
     font_.setPixelSize(11);
+}
+
+void PainterSurface::setFont(const QFont &font)
+{
+    font_ = font;
+    if (painter_)
+        painter_->setFont(font_);
+}
+
+void PainterSurface::setFont(const QString &name, double points, bool bold, bool underline)
+{
+    QFont font(name);
+    if (points > 0)
+        font.setPointSizeF(points);
+    font.setBold(bold);
+    font.setUnderline(underline);
+    setFont(font);
+}
+
+double PainterSurface::textWidth(const QString &text) const
+{
+    return fromDeviceDx(QFontMetricsF(font_, device_).horizontalAdvance(text));
+}
+
+void PainterSurface::moveTarget(const QRectF &target)
+{
+    endLayers();
+    target_ = target;
+    if (painter_ && painter_->isActive()) {
+        painter_->resetTransform();
+        painter_->setClipRect(target_);
+        painter_->translate(target_.topLeft());
+    }
 }
 
 PainterSurface::~PainterSurface() { flush(); }
@@ -37,6 +86,7 @@ QPainter &PainterSurface::painter()
 
 void PainterSurface::flush()
 {
+    endLayers();
     if (painter_) {
         if (painter_->isActive())
             painter_->end();
@@ -46,6 +96,8 @@ void PainterSurface::flush()
 
 void PainterSurface::clear()
 {
+    pending_.clear();
+    layers_.clear();
     QPainter &p = painter();
     p.setCompositionMode(QPainter::CompositionMode_SourceOver);
     penMode_ = -1;
@@ -78,19 +130,112 @@ void PainterSurface::applyPen(int colour)
 
 void PainterSurface::line(double x1, double y1, double x2, double y2, int colour)
 {
-    applyPen(colour);
     // Whole pixels: the plot is not antialiased, and the integer path of the painter is the fast
     // one for the hundred thousand short lines of a large file.
     const QPoint a(int(std::lround(toDeviceX(x1))), int(std::lround(toDeviceY(y1))));
     const QPoint b(int(std::lround(toDeviceX(x2))), int(std::lround(toDeviceY(y2))));
+    if (joinLines_ && drawMode == kModeCopyPen) {
+        drawJoined(a, b, colour);
+        return;
+    }
+    drawPending();
+    applyPen(colour);
     if (a == b)
         painter_->drawPoint(a);
     else
         painter_->drawLine(a, b);
 }
 
+namespace {
+// Adds a point to a polyline. Points that fall into one device column are drawn as one vertical
+// stroke from their lowest to their highest, so a column keeps only where the line enters, its two
+// extremes and where it leaves: the same pixels with far fewer points when many rows share a
+// column.
+void append(auto &line, const QPoint &b)
+{
+    QPolygon &p = line.points;
+    if (b.x() != p.last().x()) {
+        line.column = int(p.size());
+        p.append(b);
+        return;
+    }
+    p.append(b);
+    const int first = line.column;
+    if (p.size() - first <= 4)
+        return;
+    int low = p[first].y(), high = low;
+    for (int i = first + 1; i < p.size(); ++i) {
+        low = std::min(low, p[i].y());
+        high = std::max(high, p[i].y());
+    }
+    const QPoint last = p.last();
+    p.resize(first + 1);
+    p.append(QPoint(b.x(), low));
+    p.append(QPoint(b.x(), high));
+    p.append(last);
+}
+}  // namespace
+
+void PainterSurface::drawJoined(const QPoint &a, const QPoint &b, int colour)
+{
+    constexpr size_t kMostPending = 16;
+    const int width = std::max(1, drawWidth);
+    for (Pending &line : pending_) {
+        if (line.colour == colour && line.width == width && line.style == drawStyle && line.points.last() == a) {
+            if (b != a)
+                append(line, b);
+            return;
+        }
+    }
+    // A pen not seen since the last text starts a new layer: what was drawn before lies under it.
+    const std::array<int, 3> pen{colour, width, drawStyle};
+    if (std::find(layers_.begin(), layers_.end(), pen) == layers_.end()) {
+        drawPending();
+        layers_.push_back(pen);
+    } else if (pending_.size() >= kMostPending) {
+        drawPending();
+    }
+    Pending line{colour, width, drawStyle, QPolygon(), 0};
+    line.points.append(a);
+    if (b != a)
+        append(line, b);
+    pending_.push_back(std::move(line));
+}
+
+void PainterSurface::endLayers()
+{
+    drawPending();
+    layers_.clear();
+}
+
+void PainterSurface::drawPending()
+{
+    if (pending_.empty())
+        return;
+    std::vector<Pending> lines;
+    lines.swap(pending_);
+    painter();
+    const int width = drawWidth;
+    const int style = drawStyle;
+    const int mode = drawMode;
+    drawMode = kModeCopyPen;
+    for (const Pending &line : lines) {
+        drawWidth = line.width;
+        drawStyle = line.style;
+        applyPen(line.colour);
+        if (line.points.size() == 1)
+            painter_->drawPoint(line.points.first());
+        else
+            painter_->drawPolyline(line.points);
+    }
+    drawWidth = width;
+    drawStyle = style;
+    drawMode = mode;
+}
+
 void PainterSurface::print(const QString &text)
 {
+    endLayers();
     QPainter &p = painter();
     if (penColour_ != foreColour || penMode_ != kModeCopyPen) {
         const int mode = drawMode;
@@ -98,7 +243,7 @@ void PainterSurface::print(const QString &text)
         applyPen(foreColour);
         drawMode = mode;
     }
-    const QFontMetricsF metrics(font_);
+    const QFontMetricsF metrics(font_, device_);
     const double x = toDeviceX(currentX);
     const double y = toDeviceY(currentY);
     p.drawText(QPointF(x, y + metrics.ascent()), text);

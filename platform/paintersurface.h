@@ -7,8 +7,11 @@
 
 #include <QFont>
 #include <QImage>
+#include <QPolygon>
 #include <QRectF>
+#include <array>
 #include <memory>
+#include <vector>
 
 class QPainter;
 class QPaintDevice;
@@ -27,19 +30,42 @@ public:
     void clear() override;
     void line(double x1, double y1, double x2, double y2, int colour) override;
     void print(const QString &text) override;
+    void setFont(const QString &name, double points, bool bold, bool underline = false) override;
+    double textWidth(const QString &text) const override;
 
-    void setFont(const QFont &font) { font_ = font; }
+    void setFont(const QFont &font);
     void setBackground(const QColor &colour) { background_ = colour; }
     // Ends the painter so that the device can be read or shown; the next call opens it again.
     void flush();
+    // Joins lines that continue one another into polylines, drawn when the pass moves on to text,
+    // a new page or a new kind of line. A page of a 97,001-row file is then a few long paths
+    // instead of half a million short ones. The order of traces of one pen among themselves and
+    // the inverting mode are kept as they are.
+    void setJoinedLines(bool joined) { joinLines_ = joined; }
 
 protected:
     // The device and the part of it that is this area.
     void setTarget(QPaintDevice *device, const QRectF &target);
+    // Another part of the same device while the painter stays open: the next sheet of a print.
+    void moveTarget(const QRectF &target);
     QPainter &painter();
 
 private:
     void applyPen(int colour);
+    void drawJoined(const QPoint &a, const QPoint &b, int colour);
+    void drawPending();
+
+    struct Pending {
+        int colour, width, style;
+        QPolygon points;
+        int column = 0;  // index of the first point in the device column of the last point
+    };
+    void endLayers();
+
+    bool joinLines_ = false;
+    std::vector<Pending> pending_;
+    // Pens (colour, width, style) seen since the last text: each starts a layer once.
+    std::vector<std::array<int, 3>> layers_;
 
     QPaintDevice *device_ = nullptr;
     QRectF target_;

@@ -1,6 +1,7 @@
 #include "shell/forms.h"
 
 #include "live/livepanel.h"
+#include "plot/printforms.h"
 
 namespace kw {
 
@@ -8,6 +9,7 @@ namespace kw {
 void registerAllForms()
 {
     registerLiveForms();
+    registerReportForms();
 }
 
 }  // namespace kw
