@@ -4,6 +4,7 @@
 // disagree; and the limit's extent gathered for the widening of the level scale.
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -24,6 +25,12 @@ struct LimitLine {
     uint8_t colour = 12;
     int16_t logflag = 0;  // -1: the limit is interpolated logarithmically in frequency
 };
+
+// A sloped segment from (a, l0) to (b, l1) as 50 short pieces, its level interpolated in the
+// common logarithm of the frequency or linearly; a stretch too short for the float step is one
+// piece. Each piece goes to draw as (f1, level1, f2, level2).
+using LimitPiece = std::function<void(float, double, float, double)>;
+void limitPieces(float a, float l0, float b, float l1, bool logInterpolation, const LimitPiece &draw);
 
 // Draws the line as the present axis asks and widens st.limitlow / st.limithigh (in dB).
 void drawLimit(const LimitLine &limit);
