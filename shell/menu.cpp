@@ -1,5 +1,6 @@
 #include "shell/menu.h"
 
+#include "editors/editorforms.h"
 #include "link/connection.h"
 #include "shell/mdi.h"
 #include "shell/startup.h"
@@ -99,6 +100,7 @@ void buildMainMenu(Mdi &window)
 
     onMenu(window, QStringLiteral("mnuseldata"), &mnuseldata);
     onMenu(window, QStringLiteral("mnuBeenden"), &mnuBeenden);
+    wireEditorMenu(window);
 }
 
 void onMenu(Mdi &window, const QString &name, void (*command)(Mdi &))
