@@ -78,11 +78,11 @@ ConfigEditor::ConfigEditor(QWidget *parent) : EditorForm(parent)
     layout->addLayout(chain);
     layout->addStretch(1);
 
-    data1_.recordSource = QStringLiteral("loshead");
-    data2_.recordSource = QStringLiteral("config");
-    data3_.recordSource = QStringLiteral("select * from loshead where lostyp > 0");
+    data1_.setRecordSource(QStringLiteral("loshead"));
+    data2_.setRecordSource(QStringLiteral("config"));
+    data3_.setRecordSource(QStringLiteral("select * from loshead where lostyp > 0"));
     for (EditorData *d : {&data1_, &data2_, &data3_}) {
-        d->databaseName = st.databasefile;
+        d->setDatabaseName(st.databasefile);
         d->refresh();
     }
 }
@@ -148,7 +148,7 @@ void ConfigEditor::choosePosition(int position, const QString &name, bool fromLi
     if (position == 0 && fromList)
         frame2_->setVisible(source.text(QStringLiteral("lostyp")) == QLatin1String("0"));
     if (found && data2_.hasRows()) {
-        writeBoundField(&data2_.recordset, QLatin1String(kColumns[position]), source.recordset.Field(QStringLiteral("losnr")));
+        writeBoundField(data2_, QLatin1String(kColumns[position]), source.rows().Field(QStringLiteral("losnr")));
         // The panels take the chain anew from the configuration when they repaint.
         if (uiHooks().refreshForms)
             uiHooks().refreshForms();

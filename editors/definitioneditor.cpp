@@ -119,25 +119,19 @@ DefinitionEditor::DefinitionEditor(Family family, QWidget *parent) : EditorForm(
         check2_ = new BoundCheckBox(QStringLiteral("Check2"), QStringLiteral("Logarithmic def."), QStringLiteral("loga"), this);
         head->addWidget(check1_, row++, 0, 1, 2);
         head->addWidget(check2_, row++, 0, 1, 2);
-        connect(check1_, &QCheckBox::clicked, this, [this] {
-            text3_->setEnabled(check1_->isChecked());
-            check1_->keepRow();
-        });
-        connect(check2_, &QCheckBox::clicked, this, [this] {
-            check2_->keepRow();
-            fillGrid();
-        });
+        connect(check1_, &QCheckBox::clicked, this, [this] { text3_->setEnabled(check1_->isChecked()); });
+        connect(check2_, &QCheckBox::clicked, this, &DefinitionEditor::fillGrid);
     }
     for (BoundTextBox *box : {text3_, text4_, text5_, text6_}) {
-        box->bind(&data2_.recordset);
-        connect(box, &QLineEdit::editingFinished, this, [this, box] {
-            if (box->keepRow() && family_ == Family::Component && uiHooks().refreshForms)
+        box->bind(&data2_);
+        connect(box, &BoundTextBox::written, this, [this] {
+            if (family_ == Family::Component && uiHooks().refreshForms)
                 uiHooks().refreshForms();  // an antenna's distance is the configuration's
         });
     }
     if (check1_) {
-        check1_->bind(&data2_.recordset);
-        check2_->bind(&data2_.recordset);
+        check1_->bind(&data2_);
+        check2_->bind(&data2_);
     }
     auto *buttons = new QHBoxLayout;
     auto *importButton = new QPushButton(QStringLiteral("Import..."), this);
@@ -183,12 +177,12 @@ DefinitionEditor::DefinitionEditor(Family family, QWidget *parent) : EditorForm(
     resize(660, 560);
 
     // Load: every source on the database in use.
-    data1_.recordSource = limit ? QStringLiteral("LimitDef") : QStringLiteral("losdef");
-    data2_.recordSource = limit ? QStringLiteral("select * from LimitHead order by limitname")
-                                : QStringLiteral("select * from losHead order by losname");
-    data3_.recordSource = QStringLiteral("unit");
+    data1_.setRecordSource(limit ? QStringLiteral("LimitDef") : QStringLiteral("losdef"));
+    data2_.setRecordSource(limit ? QStringLiteral("select * from LimitHead order by limitname")
+                                : QStringLiteral("select * from losHead order by losname"));
+    data3_.setRecordSource(QStringLiteral("unit"));
     for (EditorData *d : {&data1_, &data2_, &data3_}) {
-        d->databaseName = st.databasefile;
+        d->setDatabaseName(st.databasefile);
         if (limit || d != &data3_)
             d->refresh();
     }
@@ -248,7 +242,7 @@ void DefinitionEditor::paintForm()
     showHead();
     combo1_->setShownText(definitionName());
     currentName(family_) = definitionName();
-    data1_.recordSource = pointSource(family_, vbTrim(data2_.text(field(family_, "number"))));
+    data1_.setRecordSource(pointSource(family_, vbTrim(data2_.text(field(family_, "number")))));
     data1_.refresh();
     if (limit) {
         text3_->setEnabled(check1_->isChecked());
@@ -298,7 +292,7 @@ void DefinitionEditor::chooseDefinition(const QString &name)
         return;
     keepHead();
     if (data2_.findFirst(nameEquals(family_, name))) {
-        data1_.recordSource = pointSource(family_, vbTrim(data2_.text(field(family_, "number"))));
+        data1_.setRecordSource(pointSource(family_, vbTrim(data2_.text(field(family_, "number")))));
         data1_.refresh();
         text1_->setText(QStringLiteral("0"));
         text2_->setText(QStringLiteral("0"));
@@ -312,7 +306,7 @@ void DefinitionEditor::chooseUnit(const QString &name)
     if (!data3_.hasRows() || !data2_.hasRows())
         return;
     if (data3_.findFirst(QStringLiteral("unitname = '") + vbTrim(name) + QLatin1Char('\''))) {
-        writeBoundField(&data2_.recordset, QStringLiteral("limunit"), vbTrim(name));
+        writeBoundField(data2_, QStringLiteral("limunit"), vbTrim(name));
         ResumeNext onError;
         onError([&] { view_.offset = vbCInt(data3_.number(QStringLiteral("unitoffset"))); });
     }
@@ -324,7 +318,7 @@ void DefinitionEditor::chooseType(int lostyp)
     label3_->setVisible(lostyp == 0);
     text3_->setVisible(lostyp == 0);
     if (data2_.hasRows()) {
-        writeBoundField(&data2_.recordset, QStringLiteral("lostyp"), lostyp);
+        writeBoundField(data2_, QStringLiteral("lostyp"), lostyp);
         // Whether position A holds an antenna decides the configuration's distance.
         if (uiHooks().refreshForms)
             uiHooks().refreshForms();

@@ -1,36 +1,35 @@
 #pragma once
-// The data sources an editor form holds: a database file, a record source (a table or a select
-// statement) and the live recordset opened on them. Refresh opens the source anew, so rows that
-// other forms added or removed show; a source that does not open leaves the recordset closed,
-// and every use of it fails quietly the way the form's work passes errors over.
+// The Data controls of the editor forms and dialogs, with the quiet helpers their work is written
+// with: the editors pass database errors over, so a source that does not open leaves the control
+// closed and every use of it fails quietly.
 
-#include "platform/recordset.h"
-
-#include <QString>
+#include "platform/datacontrol.h"
 
 namespace kw {
 
-struct EditorData {
-    QString databaseName;
-    QString recordSource;
-    Recordset recordset;
+class EditorData : public Data {
+    Q_OBJECT
+public:
+    using Data::Data;
 
+    // Points the control at the file and the source and opens it.
+    void open(const QString &databasefile, const QString &source);
+    // Refresh with errors passed over.
     void refresh();
     // Open and not at both ends at once.
     bool hasRows() const;
+    // The recordset, or a closed one on which every operation fails.
+    Recordset &rows();
     // A field of the current row as text or number; empty or 0 when there is none.
-    QString text(const QString &field) const;
-    double number(const QString &field) const;
-    // FindFirst with errors passed over; true when it ran and found a row.
+    QString text(const QString &field) const { return currentText(field); }
+    double number(const QString &field) const { return currentValue(field).toDouble(); }
+    // FindFirst through the control, errors passed over; true when it ran and found a row.
     bool findFirst(const QString &criterion);
-    void close();
-    // The values of a field over all rows of the source, in its order, read from a snapshot of
-    // it so that the current row stays where it is.
-    QStringList column(const QString &field);
+    // The values of a field over all rows of the source, the current row left where it is.
+    QStringList column(const QString &field) const { return listOf(field); }
 
 private:
-    Database database_;
-    QString openedOn_;
+    Recordset closed_;
 };
 
 }  // namespace kw

@@ -30,14 +30,14 @@ void NewCopyData::open(const QString &databasefile)
 {
     const FamilyText &t = familyText(family);
     const bool points = family != Family::Configuration;
-    data1.recordSource = points ? (family == Family::Limit ? QStringLiteral("LimitDef") : QStringLiteral("losdef")) : QString();
-    data2.recordSource = utf8(t.targetSource);
-    data3.recordSource = utf8(t.headTable);
-    data4.recordSource = points ? QStringLiteral("MeasureCount") : QString();
-    data5.recordSource = data1.recordSource;
+    data1.setRecordSource(points ? (family == Family::Limit ? QStringLiteral("LimitDef") : QStringLiteral("losdef")) : QString());
+    data2.setRecordSource(utf8(t.targetSource));
+    data3.setRecordSource(utf8(t.headTable));
+    data4.setRecordSource(points ? QStringLiteral("MeasureCount") : QString());
+    data5.setRecordSource(data1.RecordSource());
     for (EditorData *data : {&data1, &data2, &data3, &data4, &data5}) {
-        data->databaseName = databasefile;
-        if (!data->recordSource.isEmpty())
+        data->setDatabaseName(databasefile);
+        if (!data->RecordSource().isEmpty())
             data->refresh();
     }
 }
@@ -50,14 +50,14 @@ AddResult addNewDefinition(NewCopyData &d, const QString &typed, QString &target
     if (name.isEmpty() || (numbered && !d.data4.hasRows()))
         return AddResult::Nothing;
     ResumeNext onError;
-    Recordset &heads = d.data2.recordset;
+    Recordset &heads = d.data2.rows();
     // A name that breaks its own criterion leaves NoMatch as the last search left it.
     onError([&] { heads.FindFirst(nameLike(d.family, name)); });
     if (onError.test([&] { return !heads.NoMatch(); })) {
         dialogs().message(QStringLiteral("Add new"), utf8(t.existsText) + name + QStringLiteral(" )"));
         return AddResult::Exists;
     }
-    Recordset &counter = d.data4.recordset;
+    Recordset &counter = d.data4.rows();
     const QString number = utf8(t.numberColumn);
     if (numbered) {
         onError([&] { counter.Edit(); });
@@ -71,7 +71,7 @@ AddResult addNewDefinition(NewCopyData &d, const QString &typed, QString &target
     onError([&] { heads.Update(); });
     d.data3.refresh();
     d.data2.refresh();
-    onError([&] { heads.FindFirst(nameLike(d.family, name)); });
+    d.data2.findFirst(nameLike(d.family, name));
     targetText = d.data2.text(utf8(t.nameColumn));
     currentName(d.family) = targetText;
     if (d.family == Family::Configuration && uiHooks().refreshForms)
@@ -86,8 +86,8 @@ bool copyConfiguration(NewCopyData &d)
     if (!d.data3.hasRows() || !d.data2.hasRows())
         return false;
     try {
-        Recordset &target = d.data2.recordset;
-        const Recordset &source = d.data3.recordset;
+        Recordset &target = d.data2.rows();
+        const Recordset &source = d.data3.rows();
         target.Edit();
         for (const char *column : {"devicea", "deviceb", "devicec", "deviced", "devicee"})
             target.SetField(utf8(column), source.Field(utf8(column)));
@@ -110,15 +110,15 @@ bool copyDefinition(NewCopyData &d)
     const QString number = utf8(familyText(d.family).numberColumn);
     bool wrote = false;
     try {
-        const QVariant targetNumber = d.data2.recordset.Field(number);
-        d.data1.recordSource = pointSource(d.family, vbTrim(d.data2.text(number)));
+        const QVariant targetNumber = d.data2.rows().Field(number);
+        d.data1.setRecordSource(pointSource(d.family, vbTrim(d.data2.text(number))));
         d.data1.refresh();
-        Recordset &target = d.data1.recordset;
+        Recordset &target = d.data1.rows();
         if (d.data1.hasRows())
             target.MoveFirst();
-        d.data5.recordSource = pointSource(d.family, vbTrim(d.data3.text(number)));
+        d.data5.setRecordSource(pointSource(d.family, vbTrim(d.data3.text(number))));
         d.data5.refresh();
-        Recordset &source = d.data5.recordset;
+        Recordset &source = d.data5.rows();
         // An empty source is a set at both ends: nothing to walk.
         while (!source.Eof()) {
             const QVariant frequency = source.Field(QStringLiteral("frequency"));
@@ -143,13 +143,13 @@ bool copyDefinition(NewCopyData &d)
 
 void DeleteData::open(const QString &databasefile)
 {
-    data1.recordSource = family == Family::Limit       ? QStringLiteral("LimitDef")
+    data1.setRecordSource(family == Family::Limit       ? QStringLiteral("LimitDef")
                          : family == Family::Component ? QStringLiteral("losdef")
-                                                       : QString();
-    data2.recordSource = utf8(familyText(family).deleteSource);
+                                                       : QString());
+    data2.setRecordSource(utf8(familyText(family).deleteSource));
     for (EditorData *data : {&data1, &data2}) {
-        data->databaseName = databasefile;
-        if (!data->recordSource.isEmpty())
+        data->setDatabaseName(databasefile);
+        if (!data->RecordSource().isEmpty())
             data->refresh();
     }
 }
@@ -157,7 +157,7 @@ void DeleteData::open(const QString &databasefile)
 bool deleteDefinition(DeleteData &d, QString &comboText)
 {
     const FamilyText &t = familyText(d.family);
-    Recordset &heads = d.data2.recordset;
+    Recordset &heads = d.data2.rows();
     ResumeNext onError;
     if (d.family != Family::Configuration)
         onError([&] { heads.FindFirst(nameLike(d.family, vbTrim(comboText))); });
@@ -166,9 +166,9 @@ bool deleteDefinition(DeleteData &d, QString &comboText)
         return false;
     if (d.family != Family::Configuration) {
         try {
-            d.data1.recordSource = pointSource(d.family, vbTrim(d.data2.text(utf8(t.numberColumn))));
+            d.data1.setRecordSource(pointSource(d.family, vbTrim(d.data2.text(utf8(t.numberColumn)))));
             d.data1.refresh();
-            Recordset &points = d.data1.recordset;
+            Recordset &points = d.data1.rows();
             while (!points.Eof()) {
                 points.Delete();
                 points.MoveNext();

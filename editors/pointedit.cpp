@@ -22,7 +22,7 @@ void openPoint(Family family, Recordset &rs, EditorData &heads, float frequency)
     onError([&] { rs.FindFirst(frequencyEquals(frequency)); });
     if (onError.test([&] { return rs.NoMatch(); })) {
         onError([&] { rs.AddNew(); });
-        onError([&] { rs.SetField(numberColumn(family), heads.recordset.Field(numberColumn(family))); });
+        onError([&] { rs.SetField(numberColumn(family), heads.rows().Field(numberColumn(family))); });
     } else {
         onError([&] { rs.Edit(); });
     }
@@ -36,7 +36,7 @@ DefinitionPoints readDefinitionPoints(EditorData &points)
     if (!points.hasRows())
         return out;
     try {
-        Recordset &rs = points.recordset;
+        Recordset &rs = points.rows();
         rs.MoveFirst();
         while (!rs.Eof()) {
             out.emplace_back(float(rs.Field(QStringLiteral("frequency")).toDouble()),
@@ -67,7 +67,7 @@ void storePoint(Family family, EditorData &points, EditorData &heads, const QStr
                 const QString &levelText, const LevelView &view)
 {
     ResumeNext onError;
-    Recordset &rs = points.recordset;
+    Recordset &rs = points.rows();
     const float frequency = float(typedNumber(frequencyText));
     openPoint(family, rs, heads, frequency);
     onError([&] { rs.SetField(QStringLiteral("frequency"), double(frequency)); });
@@ -80,7 +80,7 @@ void storePoint(Family family, EditorData &points, EditorData &heads, const QStr
 void deletePoint(Family family, EditorData &points, float frequency)
 {
     ResumeNext onError;
-    Recordset &rs = points.recordset;
+    Recordset &rs = points.rows();
     onError([&] { rs.FindFirst(frequencyEquals(frequency)); });
     onError([&] { rs.Delete(); });
     points.refresh();
@@ -101,11 +101,11 @@ int commonFrequencies(const DefinitionPoints &present, const PointTable &table)
 int importPoints(Family family, EditorData &points, EditorData &heads, const PointTable &table,
                  const LevelView &view, bool replace)
 {
-    if (!heads.hasRows() || !points.recordset.isOpen())
+    if (!heads.hasRows() || !points.rows().isOpen())
         return 0;
     int written = 0;
     try {
-        Recordset &rs = points.recordset;
+        Recordset &rs = points.rows();
         if (replace && points.hasRows()) {
             rs.MoveFirst();
             while (!rs.Eof()) {
@@ -113,7 +113,7 @@ int importPoints(Family family, EditorData &points, EditorData &heads, const Poi
                 rs.MoveNext();
             }
         }
-        const QVariant owner = heads.recordset.Field(numberColumn(family));
+        const QVariant owner = heads.rows().Field(numberColumn(family));
         std::set<float> seen;
         for (const auto &[frequency, level] : table.points) {
             const float f = float(frequency);

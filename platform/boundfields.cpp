@@ -4,33 +4,14 @@
 
 namespace kw {
 
-namespace {
-
-bool onRow(const Recordset *rs)
+bool writeBoundField(Data &data, const QString &field, const QVariant &value)
 {
-    try {
-        return rs && rs->isOpen() && !rs->Bof() && !rs->Eof();
-    } catch (const VbError &) {
-        return false;
-    }
-}
-
-}  // namespace
-
-bool writeBoundField(Recordset *recordset, const QString &field, const QVariant &value)
-{
-    if (!onRow(recordset))
+    if (!data.hasCurrentRow())
         return false;
     try {
-        recordset->Edit();
-        recordset->SetField(field, value);
-        recordset->Update();
+        data.writeField(field, value);
         return true;
     } catch (const VbError &) {
-        try {
-            recordset->CancelUpdate();
-        } catch (const VbError &) {
-        }
         return false;
     }
 }
@@ -39,20 +20,26 @@ BoundTextBox::BoundTextBox(const QString &objectName, const QString &field, QWid
     : QLineEdit(parent), field_(field)
 {
     setObjectName(objectName);
+    connect(this, &QLineEdit::editingFinished, this, [this] { keepRow(); });
+}
+
+void BoundTextBox::bind(Data *source)
+{
+    data_ = source;
+    connect(source, &Data::rowMoved, this, &BoundTextBox::showRow);
+    connect(source, &Data::validate, this, [this] { keepRow(); });
+    showRow();
 }
 
 void BoundTextBox::showRow()
 {
     QString text;
     numeric_ = false;
-    if (onRow(recordset_)) {
-        try {
-            const QVariant v = recordset_->Field(field_);
-            numeric_ = v.typeId() == QMetaType::Double || v.typeId() == QMetaType::LongLong;
-            if (!v.isNull())
-                text = v.typeId() == QMetaType::Double ? vbCStr(float(v.toDouble())) : v.toString();
-        } catch (const VbError &) {
-        }
+    if (data_) {
+        const QVariant v = data_->currentValue(field_);
+        numeric_ = v.typeId() == QMetaType::Double || v.typeId() == QMetaType::LongLong;
+        if (!v.isNull())
+            text = v.typeId() == QMetaType::Double ? vbCStr(float(v.toDouble())) : v.toString();
     }
     shown_ = text;
     setText(text);
@@ -60,7 +47,7 @@ void BoundTextBox::showRow()
 
 bool BoundTextBox::keepRow()
 {
-    if (text() == shown_)
+    if (!data_ || text() == shown_)
         return false;
     QVariant value = text();
     if (text().isEmpty()) {
@@ -69,42 +56,52 @@ bool BoundTextBox::keepRow()
         try {
             value = vbCDbl(text());
         } catch (const VbError &) {
+            showRow();
             return false;
         }
     }
-    const bool written = writeBoundField(recordset_, field_, value);
-    if (written)
-        shown_ = text();
-    return written;
+    const QString typed = text();
+    if (!writeBoundField(*data_, field_, value))
+        return false;
+    shown_ = typed;
+    emit written();
+    return true;
 }
 
 BoundCheckBox::BoundCheckBox(const QString &objectName, const QString &caption, const QString &field, QWidget *parent)
     : QCheckBox(caption, parent), field_(field)
 {
     setObjectName(objectName);
+    connect(this, &QCheckBox::clicked, this, [this] { keepRow(); });
+}
+
+void BoundCheckBox::bind(Data *source)
+{
+    data_ = source;
+    connect(source, &Data::rowMoved, this, &BoundCheckBox::showRow);
+    connect(source, &Data::validate, this, [this] { keepRow(); });
+    showRow();
 }
 
 void BoundCheckBox::showRow()
 {
-    bool ticked = false;
-    if (onRow(recordset_)) {
-        try {
-            ticked = recordset_->Field(field_).toBool();
-        } catch (const VbError &) {
-        }
-    }
+    const bool ticked = data_ && data_->currentValue(field_).toBool();
     shown_ = ticked;
     setChecked(ticked);
 }
 
 bool BoundCheckBox::keepRow()
 {
-    if (isChecked() == shown_)
+    if (!data_ || isChecked() == shown_)
         return false;
-    const bool written = writeBoundField(recordset_, field_, isChecked());
-    if (written)
-        shown_ = isChecked();
-    return written;
+    const bool ticked = isChecked();
+    if (!writeBoundField(*data_, field_, ticked)) {
+        showRow();
+        return false;
+    }
+    shown_ = ticked;
+    emit written();
+    return true;
 }
 
 }  // namespace kw

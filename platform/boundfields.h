@@ -1,11 +1,11 @@
 #pragma once
-// Text and check boxes bound to a field of a recordset's current row. The form shows the row with
-// showRow() after it moved the recordset, and calls keepRow() before it moves it again or closes:
-// a box whose content the user changed writes it into that row then (Edit, the field, Update),
-// the way bound controls write on their own when the current row changes. Errors are passed
-// over: a row that is gone or a text that does not fit the column leaves the row as it was.
+// Text and check boxes bound to a field of the current row of a Data control. They show the row
+// whenever the control moves, and a box whose content the user changed writes it into the row when
+// it is left (Return, focus elsewhere, a click on the check box) and before the control moves on, so
+// nothing typed is lost. Errors are passed over: a row that is gone or a text that does not fit the
+// column leaves the row as it was, and the box shows it again.
 
-#include "platform/recordset.h"
+#include "platform/datacontrol.h"
 
 #include <QCheckBox>
 #include <QLineEdit>
@@ -16,14 +16,16 @@ class BoundTextBox : public QLineEdit {
     Q_OBJECT
 public:
     BoundTextBox(const QString &objectName, const QString &field, QWidget *parent = nullptr);
-    void bind(Recordset *recordset) { recordset_ = recordset; }
+    void bind(Data *source);
     const QString &dataField() const { return field_; }
     void showRow();
     // Whether the row was written.
     bool keepRow();
+signals:
+    void written();
 
 private:
-    Recordset *recordset_ = nullptr;
+    Data *data_ = nullptr;
     QString field_;
     QString shown_;
     bool numeric_ = false;  // the row held a number: the text is read in the locale
@@ -33,17 +35,19 @@ class BoundCheckBox : public QCheckBox {
     Q_OBJECT
 public:
     BoundCheckBox(const QString &objectName, const QString &caption, const QString &field, QWidget *parent = nullptr);
-    void bind(Recordset *recordset) { recordset_ = recordset; }
+    void bind(Data *source);
     void showRow();
     bool keepRow();
+signals:
+    void written();
 
 private:
-    Recordset *recordset_ = nullptr;
+    Data *data_ = nullptr;
     QString field_;
     bool shown_ = false;
 };
 
-// Writes one changed field into the current row; false when nothing was written.
-bool writeBoundField(Recordset *recordset, const QString &field, const QVariant &value);
+// Writes one field into the current row of the control; false when nothing was written.
+bool writeBoundField(Data &data, const QString &field, const QVariant &value);
 
 }  // namespace kw
