@@ -34,9 +34,9 @@ ConfigEditor::ConfigEditor(QWidget *parent) : EditorForm(parent)
     setObjectName(QStringLiteral("configdef"));
     setWindowTitle(QStringLiteral("Configuration"));
     auto *layout = new QVBoxLayout(this);
-    combo1_ = new PickList(QStringLiteral("DBCombo1"), this);
+    combo1_ = pickList(QStringLiteral("DBCombo1"), &data2_, QStringLiteral("configname"), this,
+                       [this](const QString &text) { chooseConfiguration(text); });
     layout->addWidget(combo1_);
-    connect(combo1_, &PickList::chosen, this, &ConfigEditor::chooseConfiguration);
 
     auto *chain = new QGridLayout;
     int row = 0;
@@ -64,12 +64,14 @@ ConfigEditor::ConfigEditor(QWidget *parent) : EditorForm(parent)
 
     const char *letters = "ABCDE";
     for (int p = 0; p < 5; ++p) {
-        positions_[p] = new PickList(QStringLiteral("DBCombo%1").arg(6 - p), this);
+        // Position A offers every component, the others no antenna.
+        positions_[p] = pickList(QStringLiteral("DBCombo%1").arg(6 - p), p == 0 ? &data1_ : &data3_,
+                                 QStringLiteral("losname"), this,
+                                 [this, p](const QString &text) { choosePosition(p, text); });
         positions_[p]->setMinimumWidth(320);
         chain->addWidget(new QLabel(QString(QLatin1Char(letters[p])), this), row, 0);
         chain->addWidget(positions_[p], row++, 1);
         chain->addWidget(pathLine(this, QStringLiteral("Line%1").arg(p + 2)), row++, 1, Qt::AlignHCenter);
-        connect(positions_[p], &PickList::chosen, this, [this, p](const QString &text) { choosePosition(p, text); });
     }
     auto *analyser = new QLabel(QStringLiteral("Spectrumanalyser"), this);
     analyser->setFrameShape(QFrame::Box);
@@ -96,11 +98,6 @@ void ConfigEditor::activate()
         d->refresh();
     if (!vbTrim(st.currentconfig).isEmpty())
         data2_.findFirst(QStringLiteral("configname like '") + vbTrim(st.currentconfig) + QLatin1Char('\''));
-    combo1_->setItems(data2_.column(QStringLiteral("configname")));
-    positions_[0]->setItems(data1_.column(QStringLiteral("losname")));
-    const QStringList later = data3_.column(QStringLiteral("losname"));
-    for (int p = 1; p < 5; ++p)
-        positions_[p]->setItems(later);
     paintForm();
 }
 
@@ -114,11 +111,11 @@ void ConfigEditor::paintForm()
 {
     if (!data2_.hasRows())
         return;
-    combo1_->setShownText(data2_.text(QStringLiteral("configName")));
+    combo1_->setText(data2_.text(QStringLiteral("configName")));
     st.currentconfig = data2_.text(QStringLiteral("configName"));
     // A number that finds no row leaves the source where it stood, and its name shows.
     data1_.findFirst(QStringLiteral("losNr = ") + vbTrim(data2_.text(QStringLiteral("devicea"))));
-    positions_[0]->setShownText(data1_.text(QStringLiteral("losname")));
+    positions_[0]->setText(data1_.text(QStringLiteral("losname")));
     const bool antenna = data1_.hasRows() && data1_.text(QStringLiteral("lostyp")) == QLatin1String("0");
     frame2_->setVisible(antenna);
     label3_->setVisible(antenna);
@@ -127,7 +124,7 @@ void ConfigEditor::paintForm()
         label4_->setText(vbCStr(float(data1_.number(QStringLiteral("distance")))));
     for (int p = 1; p < 5; ++p) {
         data3_.findFirst(QStringLiteral("losNr like ") + vbTrim(data2_.text(QLatin1String(kColumns[p]))));
-        positions_[p]->setShownText(data3_.text(QStringLiteral("losname")));
+        positions_[p]->setText(data3_.text(QStringLiteral("losname")));
     }
 }
 

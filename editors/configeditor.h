@@ -10,7 +10,7 @@ class QLabel;
 
 namespace kw {
 
-class PickList;
+class DBCombo;
 
 class ConfigEditor : public EditorForm {
     Q_OBJECT
@@ -26,13 +26,13 @@ public:
     void choosePosition(int position, const QString &name, bool fromList = true);
 
     EditorData &data2() { return data2_; }
-    PickList *positionCombo(int position) const { return positions_[position]; }
+    DBCombo *positionCombo(int position) const { return positions_[position]; }
     bool radiatedPathShown() const;
 
 private:
     EditorData data1_, data2_, data3_;
-    PickList *combo1_ = nullptr;
-    PickList *positions_[5] = {};
+    DBCombo *combo1_ = nullptr;
+    DBCombo *positions_[5] = {};
     QFrame *frame2_ = nullptr;
     QLabel *label3_ = nullptr;
     QLabel *label4_ = nullptr;

@@ -4,7 +4,6 @@
 #include "platform/vbformat.h"
 #include "shell/state.h"
 
-#include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QKeyEvent>
@@ -19,38 +18,6 @@ namespace {
 QString nameField(Family family) { return QString::fromUtf8(familyText(family).nameColumn); }
 
 }  // namespace
-
-// The delete dialogs' combo can be typed into, up to the 80-character rule; every key released
-// looks the text up.
-class DeleteCombo : public QComboBox {
-public:
-    std::function<void(const QString &)> onLookUp;
-    explicit DeleteCombo(QWidget *parent) : QComboBox(parent)
-    {
-        setObjectName(QStringLiteral("DBCombo2"));
-        setEditable(true);
-        setInsertPolicy(QComboBox::NoInsert);
-        lineEdit()->installEventFilter(this);
-        connect(this, &QComboBox::activated, this, [this](int i) {
-            if (onLookUp)
-                onLookUp(itemText(i));
-        });
-    }
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        if (watched == lineEdit() && event->type() == QEvent::KeyPress) {
-            auto *key = static_cast<QKeyEvent *>(event);
-            const QString typed = key->text();
-            if (typed.size() == 1 && typed[0].isPrint() && vbTrim(currentText()).size() > 80)
-                return true;
-        }
-        if (watched == lineEdit() && event->type() == QEvent::KeyRelease && onLookUp)
-            onLookUp(currentText());
-        return QComboBox::eventFilter(watched, event);
-    }
-};
 
 NewCopyDialog::NewCopyDialog(Family family, QWidget *parent) : EditorForm(parent)
 {
@@ -72,8 +39,10 @@ NewCopyDialog::NewCopyDialog(Family family, QWidget *parent) : EditorForm(parent
     auto *frame = new QGroupBox(this);
     frame->setObjectName(QStringLiteral("Frame1"));
     auto *copyLayout = new QGridLayout(frame);
-    combo1_ = new PickList(QStringLiteral("DBCombo1"), frame);
-    combo2_ = new PickList(QStringLiteral("DBCombo2"), frame);
+    combo1_ = pickList(QStringLiteral("DBCombo1"), &data_.data3, nameField(family), frame,
+                       [this](const QString &text) { pickSource(text); });
+    combo2_ = pickList(QStringLiteral("DBCombo2"), &data_.data2, nameField(family), frame,
+                       [this](const QString &text) { pickTarget(text); });
     copyLayout->addWidget(combo1_, 0, 0);
     auto *arrow = new QLabel(QStringLiteral("\u2193"), frame);
     arrow->setAlignment(Qt::AlignCenter);
@@ -88,27 +57,18 @@ NewCopyDialog::NewCopyDialog(Family family, QWidget *parent) : EditorForm(parent
     layout->addWidget(viewButton, 2, 2);
     connect(copyButton, &QPushButton::clicked, this, &NewCopyDialog::copy);
     connect(viewButton, &QPushButton::clicked, this, &NewCopyDialog::view);
-    connect(combo1_, &PickList::chosen, this, &NewCopyDialog::pickSource);
-    connect(combo2_, &PickList::chosen, this, &NewCopyDialog::pickTarget);
     data_.open(st.databasefile);
-}
-
-void NewCopyDialog::fillLists()
-{
-    combo1_->setItems(data_.data3.column(nameField(data_.family)));
-    combo2_->setItems(data_.data2.column(nameField(data_.family)));
 }
 
 void NewCopyDialog::activate()
 {
-    fillLists();
     const QString &current = currentName(data_.family);
     if (!vbTrim(current).isEmpty())
         data_.data2.findFirst(nameLike(data_.family, vbTrim(current)));
     paintForm();
 }
 
-void NewCopyDialog::deactivate() { currentName(data_.family) = vbTrim(combo2_->shownText()); }
+void NewCopyDialog::deactivate() { currentName(data_.family) = vbTrim(combo2_->Text()); }
 
 void NewCopyDialog::closeEvent(QCloseEvent *e)
 {
@@ -122,8 +82,8 @@ void NewCopyDialog::paintForm()
 {
     if (!data_.data2.hasRows() || !data_.data3.hasRows())
         return;
-    combo1_->setShownText(data_.data3.text(nameField(data_.family)));
-    combo2_->setShownText(data_.data2.text(nameField(data_.family)));
+    combo1_->setText(data_.data3.text(nameField(data_.family)));
+    combo2_->setText(data_.data2.text(nameField(data_.family)));
 }
 
 void NewCopyDialog::addNew()
@@ -131,8 +91,7 @@ void NewCopyDialog::addNew()
     QString target;
     if (addNewDefinition(data_, text1_->text(), target) != AddResult::Added)
         return;
-    fillLists();
-    combo2_->setShownText(target);
+    combo2_->setText(target);
     if (!vbTrim(target).isEmpty()) {
         openEditor(data_.family);
         // The dialog stays in front for the next name.
@@ -147,7 +106,7 @@ void NewCopyDialog::copy() { copyDefinition(data_); }
 
 void NewCopyDialog::view()
 {
-    currentName(data_.family) = vbTrim(combo2_->shownText());
+    currentName(data_.family) = vbTrim(combo2_->Text());
     if (!currentName(data_.family).isEmpty())
         openEditor(data_.family);
 }
@@ -171,9 +130,17 @@ DeleteDialog::DeleteDialog(Family family, QWidget *parent) : EditorForm(parent)
     setObjectName(QString::fromUtf8(t.deleteForm));
     setWindowTitle(QString::fromUtf8(t.deleteCaption));
     auto *layout = new QGridLayout(this);
-    combo_ = new DeleteCombo(this);
+    combo_ = new DBCombo(this);
+    combo_->setObjectName(QStringLiteral("DBCombo2"));
+    combo_->setRowSource(&data_.data2, nameField(family));
     combo_->setMinimumWidth(320);
-    combo_->onLookUp = [this](const QString &text) { pick(text); };
+    combo_->keyPress = [this](int &key) {
+        if (key >= 32 && vbTrim(combo_->Text()).size() > 80)
+            key = 0;
+    };
+    // Every key released, and a choice from the list, look the text up.
+    connect(combo_->lineEdit(), &QLineEdit::textEdited, this, [this](const QString &text) { pick(text); });
+    connect(combo_, &DBCombo::listChosen, this, [this] { pick(combo_->Text()); });
     layout->addWidget(combo_, 0, 0);
     auto *button = new QPushButton(QString::fromUtf8(t.deleteCaption), this);
     button->setObjectName(QStringLiteral("Command1"));
@@ -184,25 +151,16 @@ DeleteDialog::DeleteDialog(Family family, QWidget *parent) : EditorForm(parent)
 
 QComboBox *DeleteDialog::combo() const { return combo_; }
 
-void DeleteDialog::fillList()
-{
-    const QString shown = combo_->currentText();
-    const QSignalBlocker block(combo_);
-    combo_->clear();
-    combo_->addItems(data_.data2.column(nameField(data_.family)));
-    combo_->setEditText(shown);
-}
-
 void DeleteDialog::activate()
 {
-    fillList();
+    combo_->refill();
     paintForm();
 }
 
 void DeleteDialog::paintForm()
 {
     if (data_.data2.hasRows())
-        combo_->setEditText(data_.data2.text(nameField(data_.family)));
+        combo_->setText(data_.data2.text(nameField(data_.family)));
 }
 
 void DeleteDialog::pick(const QString &text)
@@ -213,10 +171,9 @@ void DeleteDialog::pick(const QString &text)
 
 void DeleteDialog::deleteNow()
 {
-    QString text = combo_->currentText();
+    QString text = combo_->Text();
     deleteDefinition(data_, text);
-    fillList();
-    combo_->setEditText(text);
+    combo_->setText(text);
 }
 
 }  // namespace kw

@@ -11,8 +11,8 @@ class QPushButton;
 
 namespace kw {
 
+class DBCombo;
 class NameBox;
-class PickList;
 
 class NewCopyDialog : public EditorForm {
     Q_OBJECT
@@ -30,20 +30,18 @@ public:
     void pickTarget(const QString &text);  // DBCombo2
 
     NameBox *nameBox() const { return text1_; }
-    PickList *sourceCombo() const { return combo1_; }
-    PickList *targetCombo() const { return combo2_; }
+    DBCombo *sourceCombo() const { return combo1_; }
+    DBCombo *targetCombo() const { return combo2_; }
     NewCopyData &data() { return data_; }
 
 protected:
     void closeEvent(QCloseEvent *e) override;
 
 private:
-    void fillLists();
-
     NewCopyData data_;
     NameBox *text1_ = nullptr;
-    PickList *combo1_ = nullptr;
-    PickList *combo2_ = nullptr;
+    DBCombo *combo1_ = nullptr;
+    DBCombo *combo2_ = nullptr;
 };
 
 class DeleteDialog : public EditorForm {
@@ -62,10 +60,8 @@ public:
     DeleteData &data() { return data_; }
 
 private:
-    void fillList();
-
     DeleteData data_;
-    class DeleteCombo *combo_ = nullptr;
+    DBCombo *combo_ = nullptr;
 };
 
 }  // namespace kw

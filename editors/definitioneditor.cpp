@@ -70,18 +70,18 @@ DefinitionEditor::DefinitionEditor(Family family, QWidget *parent) : EditorForm(
     view_.component = !limit;
 
     auto *layout = new QGridLayout(this);
-    combo1_ = new PickList(QStringLiteral("DBCombo1"), this);
+    combo1_ = pickList(QStringLiteral("DBCombo1"), &data2_, field(family, "name"), this,
+                       [this](const QString &text) { chooseDefinition(text); });
     layout->addWidget(combo1_, 0, 0, 1, 3);
-    connect(combo1_, &PickList::chosen, this, &DefinitionEditor::chooseDefinition);
 
     auto *head = new QGridLayout;
     int row = 0;
     if (limit) {
         head->addWidget(new QLabel(QStringLiteral("Unit"), this), row, 0);
-        combo2_ = new PickList(QStringLiteral("DBCombo2"), this);
-        combo2_->setShownText(QStringLiteral("dBmW"));
+        combo2_ = pickList(QStringLiteral("DBCombo2"), &data3_, QStringLiteral("unitname"), this,
+                           [this](const QString &text) { chooseUnit(text); });
+        combo2_->setText(QStringLiteral("dBmW"));
         head->addWidget(combo2_, row++, 1);
-        connect(combo2_, &PickList::chosen, this, &DefinitionEditor::chooseUnit);
     } else {
         const char *captions[] = {"Antenna", "Loss component", "Gain component"};
         for (int i = 0; i < 3; ++i) {
@@ -220,9 +220,6 @@ void DefinitionEditor::activate()
     const QString &current = currentName(family_);
     if (!vbTrim(current).isEmpty())
         data2_.findFirst(nameLike(family_, vbTrim(current)));
-    combo1_->setItems(data2_.column(field(family_, "name")));
-    if (combo2_)
-        combo2_->setItems(data3_.column(QStringLiteral("unitname")));
     paintForm();
 }
 
@@ -240,7 +237,7 @@ void DefinitionEditor::paintForm()
         return;
     keepHead();
     showHead();
-    combo1_->setShownText(definitionName());
+    combo1_->setText(definitionName());
     currentName(family_) = definitionName();
     data1_.setRecordSource(pointSource(family_, vbTrim(data2_.text(field(family_, "number")))));
     data1_.refresh();
@@ -248,11 +245,11 @@ void DefinitionEditor::paintForm()
         text3_->setEnabled(check1_->isChecked());
         const QString unit = data2_.text(QStringLiteral("limunit"));
         if (data3_.findFirst(QStringLiteral("unitname like '") + unit + QLatin1Char('\''))) {
-            combo2_->setShownText(unit);
+            combo2_->setText(unit);
             ResumeNext onError;
             onError([&] { view_.offset = vbCInt(data3_.number(QStringLiteral("unitoffset"))); });
         } else {
-            combo2_->setShownText(QStringLiteral("dBmW"));
+            combo2_->setText(QStringLiteral("dBmW"));
             view_.offset = 0;
         }
     } else {
@@ -366,7 +363,7 @@ void DefinitionEditor::gridKey(int row, int key)
 QString DefinitionEditor::levelHeader()
 {
     if (family_ == Family::Limit)
-        return QStringLiteral("Level (") + vbTrim(combo2_->shownText()) + QLatin1Char(')');
+        return QStringLiteral("Level (") + vbTrim(combo2_->Text()) + QLatin1Char(')');
     switch (int(data2_.number(QStringLiteral("lostyp")))) {
     case 0: return QStringLiteral("Antenna factor (dB)");
     case 2: return QStringLiteral("Gain (dB)");

@@ -16,7 +16,7 @@ namespace kw {
 class BoundCheckBox;
 class BoundTextBox;
 class NumberBox;
-class PickList;
+class DBCombo;
 class PictureBox;
 
 class DefinitionEditor : public EditorForm {
@@ -60,8 +60,8 @@ private:
     DefinitionRange range_;
     DefinitionPoints points_;
 
-    PickList *combo1_ = nullptr;
-    PickList *combo2_ = nullptr;
+    DBCombo *combo1_ = nullptr;
+    DBCombo *combo2_ = nullptr;
     QTableWidget *grid_ = nullptr;
     NumberBox *text1_ = nullptr;
     NumberBox *text2_ = nullptr;

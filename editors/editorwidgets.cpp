@@ -37,49 +37,22 @@ void NumberBox::keyPressEvent(QKeyEvent *event)
         insert(QString(c));
 }
 
-PickList::PickList(const QString &objectName, QWidget *parent) : QComboBox(parent)
+DBCombo *pickList(const QString &objectName, Data *rowSource, const QString &listField, QWidget *parent,
+                  std::function<void(const QString &)> onChoice)
 {
-    setObjectName(objectName);
-    setEditable(true);
-    lineEdit()->setReadOnly(true);
-    setInsertPolicy(QComboBox::NoInsert);
-    connect(this, &QComboBox::activated, this, [this](int index) { emit chosen(itemText(index)); });
-}
-
-void PickList::setItems(const QStringList &names)
-{
-    const QString shown = currentText();
-    const QSignalBlocker block(this);
-    clear();
-    addItems(names);
-    setEditText(shown);
-}
-
-void PickList::setShownText(const QString &text)
-{
-    const QSignalBlocker block(this);
-    const int at = findText(text, Qt::MatchFixedString);
-    if (at >= 0 && itemText(at) == text)
-        setCurrentIndex(at);
-    setEditText(text);
-}
-
-void PickList::keyPressEvent(QKeyEvent *event)
-{
-    const int key = event->key();
-    if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-        emit chosen(currentText());
-        return;
-    }
-    if (key == Qt::Key_F4 || (key == Qt::Key_Down && (event->modifiers() & Qt::AltModifier)) || key == Qt::Key_Space) {
-        showPopup();
-        return;
-    }
-    if (key == Qt::Key_Tab || key == Qt::Key_Backtab) {
-        QComboBox::keyPressEvent(event);
-        return;
-    }
-    event->accept();
+    auto *combo = new DBCombo(parent);
+    combo->setObjectName(objectName);
+    combo->setRowSource(rowSource, listField);
+    combo->keyPress = [combo, onChoice](int &key) {
+        if (key == 13 && onChoice)
+            onChoice(combo->Text());
+        key = 0;
+    };
+    QObject::connect(combo, &DBCombo::listChosen, combo, [combo, onChoice] {
+        if (onChoice)
+            onChoice(combo->Text());
+    });
+    return combo;
 }
 
 NameBox::NameBox(const QString &objectName, int limit, QWidget *parent) : QLineEdit(parent), limit_(limit)

@@ -2,11 +2,14 @@
 // Small controls of the editor forms: a number box that takes only what a number of its kind
 // can hold, a pick list that can't be typed into, and a name box with the 80-character rule.
 
-#include <QComboBox>
+#include "platform/dbcombo.h"
+
 #include <QLineEdit>
-#include <QStringList>
+#include <functional>
 
 namespace kw {
+
+class Data;
 
 // Digits, the decimal mark (comma and point both become it) and backspace; minus too when
 // negative is allowed. Enter emits entered().
@@ -24,22 +27,10 @@ private:
     bool negative_;
 };
 
-// A list of names to choose from: keys other than Enter and the ones that open the list are
-// swallowed; a choice from the list or Enter emits chosen() with the text.
-class PickList : public QComboBox {
-    Q_OBJECT
-public:
-    explicit PickList(const QString &objectName, QWidget *parent = nullptr);
-    // Fills the list and shows text, which need not be in it.
-    void setItems(const QStringList &names);
-    void setShownText(const QString &text);
-    QString shownText() const { return currentText(); }
-signals:
-    void chosen(const QString &text);
-
-protected:
-    void keyPressEvent(QKeyEvent *event) override;
-};
+// A bound combo to choose a name from its row source: every key is swallowed, so the list can't
+// be typed into; Enter and a choice from the list call onChoice with the text.
+DBCombo *pickList(const QString &objectName, Data *rowSource, const QString &listField, QWidget *parent,
+                  std::function<void(const QString &)> onChoice);
 
 // A name box that takes no further character once the trimmed text is longer than limit
 // (0: no limit). Editing keys still work.
