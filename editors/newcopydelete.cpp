@@ -12,12 +12,13 @@ namespace {
 
 QString utf8(const char *text) { return QString::fromUtf8(text); }
 
-// Tells the live chain and the panels that definitions changed under them.
+// Tells the live chain and the panels that definitions changed under them: their lists of
+// limits and configurations, and the chain they take from the configuration, are repainted.
 void definitionsChanged(Family family)
 {
     if (family == Family::Component)
         correctiontablesedited();
-    if (family != Family::Limit && uiHooks().refreshForms)
+    if (uiHooks().refreshForms)
         uiHooks().refreshForms();
 }
 
@@ -74,8 +75,7 @@ AddResult addNewDefinition(NewCopyData &d, const QString &typed, QString &target
     d.data2.findFirst(nameLike(d.family, name));
     targetText = d.data2.text(utf8(t.nameColumn));
     currentName(d.family) = targetText;
-    if (d.family == Family::Configuration && uiHooks().refreshForms)
-        uiHooks().refreshForms();
+    definitionsChanged(d.family);
     return AddResult::Added;
 }
 
