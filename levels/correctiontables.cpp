@@ -29,14 +29,16 @@ struct SlotTable : CorrTable {
         bool hasLevel;
     };
     int slot = 0;
+    int32_t number = 0;  // the component the rows were read for
     std::vector<Row> rows;
 
     Recordset &recordset() const { return slot == 0 ? st.rs : st.slotrs[size_t(slot)]; }
 
-    void load()
+    void load() { loadFrom(recordset()); }
+
+    void loadFrom(Recordset &rs)
     {
         rows.clear();
-        Recordset &rs = recordset();
         ResumeNext onError;
         onError([&] {
             if (rs.Bof() && rs.Eof())
@@ -128,8 +130,30 @@ void opencorrectiontables()
                             QStringLiteral(" order by frequency");
         Recordset &target = slot == 0 ? st.rs : st.slotrs[slot];
         onError([&] { target = st.db.OpenRecordset(sql, dbOpenSnapshot); });
+        slotTables()[slot].number = number;
         slotTables()[slot].load();
         setcorrectiontable(int(slot), &slotTables()[slot]);
+    }
+}
+
+void correctiontablesedited()
+{
+    resetcorrectionsegments();
+    ResumeNext onError;
+    for (SlotTable &table : slotTables()) {
+        if (table.number < 1)
+            continue;
+        // A fresh copy of the component's rows, read beside the slot's recordset: the shared rs
+        // may be in use by the read that is waiting for this event to end.
+        Recordset fresh;
+        onError([&] {
+            fresh = st.db.OpenRecordset(QStringLiteral("select * from losdef where losnr = ") +
+                                            QString::number(table.number) + QStringLiteral(" order by frequency"),
+                                        dbOpenSnapshot);
+        });
+        if (fresh.isOpen())
+            table.loadFrom(fresh);
+        onError([&] { fresh.Close(); });
     }
 }
 

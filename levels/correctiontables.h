@@ -11,6 +11,10 @@ namespace kw {
 // open leaves its slot's share out.
 void opencorrectiontables();
 
+// After an editor changed component rows: every slot reads its component's rows anew and every
+// cached segment is dropped, so no trace after the edit is corrected with the rows before it.
+void correctiontablesedited();
+
 // Finds run on the slot tables since the program started (the cache is meant to keep it low).
 long long correctionqueries();
 

@@ -60,12 +60,17 @@ double FreqToX(float frequency)
         const double x = kPlotWidth / (high - low) * (log10floor(frequency * 1000.0f) - low);
         return std::isfinite(x) ? x : 0.0;
     }
+    return linearX(frequency, st.freqstart, st.freqstop);
+}
+
+double linearX(float frequency, float start, float stop)
+{
     // A division that fails is passed over like every failing step of a drawing, and the
     // answer stays 0.
-    const float width = st.freqstop - st.freqstart;
+    const float width = stop - start;
     if (width == 0.0f || !std::isfinite(width))
         return 0.0;
-    const double x = std::trunc(double(frequency - st.freqstart) * kPlotWidth / double(width));
+    const double x = std::trunc(double(frequency - start) * kPlotWidth / double(width));
     return std::isfinite(x) ? x : 0.0;
 }
 

@@ -16,6 +16,8 @@ void ComputeDecades();
 // x of a frequency (MHz) on the present axis: linear, or logarithmic when logaxis is set. A
 // negative x means off the plot. On an axis without width the division fails and the answer is 0.
 double FreqToX(float frequency);
+// x of a frequency on a linear axis from start to stop, whole-numbered; 0 on an axis without width.
+double linearX(float frequency, float start, float stop);
 
 // "###0.0K" below 1 MHz, "###0.00M" below 1000 MHz, "###0.000G" above.
 QString FormatFrequency(float frequency);

@@ -101,25 +101,8 @@ void zeroSpanLimit(const LimitLine &limit)
 
 void pieces(float a, float l0, float b, float l1, bool logInterpolation, uint8_t colour)
 {
-    const int count = curvedLimitPieces();
-    const float s = (b - a) / float(count);
-    const float last = b - s;
-    const double la = log10floor(a);
-    const double lb = log10floor(b);
-    auto level = [&](float f) {
-        if (logInterpolation)
-            return double(l0) + double(l1 - l0) * (log10floor(f) - la) / (lb - la);
-        return double(l0) + double(l1 - l0) * double(f - a) / double(b - a);
-    };
-    // Rows a few kHz apart high up the band give a step below the float spacing: the counter
-    // would stand still, so such a short stretch is drawn in one piece.
-    if (!(s > 0.0f) || a + s == a || last + s == last) {
-        line(a, double(l0), b, double(l1), colour);
-        return;
-    }
-    int guard = 0;
-    for (float f = a; f <= last && guard < 4 * count; f += s, ++guard)
-        line(f, level(f), f + s, level(f + s), colour);
+    limitPieces(a, l0, b, l1, logInterpolation,
+                [colour](float fa, double la, float fb, double lb) { line(fa, la, fb, lb, colour); });
 }
 
 void walk(const LimitLine &limit)
@@ -183,6 +166,29 @@ void walk(const LimitLine &limit)
 }
 
 }  // namespace
+
+void limitPieces(float a, float l0, float b, float l1, bool logInterpolation, const LimitPiece &draw)
+{
+    const int count = curvedLimitPieces();
+    const float s = (b - a) / float(count);
+    const float last = b - s;
+    const double la = log10floor(a);
+    const double lb = log10floor(b);
+    auto level = [&](float f) {
+        if (logInterpolation)
+            return double(l0) + double(l1 - l0) * (log10floor(f) - la) / (lb - la);
+        return double(l0) + double(l1 - l0) * double(f - a) / double(b - a);
+    };
+    // Rows a few kHz apart high up the band give a step below the float spacing: the counter
+    // would stand still, so such a short stretch is drawn in one piece.
+    if (!(s > 0.0f) || a + s == a || last + s == last) {
+        draw(a, double(l0), b, double(l1));
+        return;
+    }
+    int guard = 0;
+    for (float f = a; f <= last && guard < 4 * count; f += s, ++guard)
+        draw(f, level(f), f + s, level(f + s));
+}
 
 void drawLimit(const LimitLine &limit)
 {

@@ -5,6 +5,7 @@
 
 #include <QString>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -26,6 +27,12 @@ struct LimitLine {
     int16_t logflag = 0;  // -1: the limit is interpolated logarithmically in frequency
     QString name;         // put beside the line on a page
 };
+
+// A sloped segment from (a, l0) to (b, l1) as short pieces (50 on the screen), its level interpolated in the
+// common logarithm of the frequency or linearly; a stretch too short for the float step is one
+// piece. Each piece goes to draw as (f1, level1, f2, level2).
+using LimitPiece = std::function<void(float, double, float, double)>;
+void limitPieces(float a, float l0, float b, float l1, bool logInterpolation, const LimitPiece &draw);
 
 // Draws the line as the present axis asks and widens st.limitlow / st.limithigh (in dB). On a page
 // the name of the limit stands once at the left end of the first piece drawn.

@@ -2,6 +2,7 @@
 
 #include "live/livepanel.h"
 #include "plot/printforms.h"
+#include "editors/editorforms.h"
 
 namespace kw {
 
@@ -10,6 +11,7 @@ void registerAllForms()
 {
     registerLiveForms();
     registerReportForms();
+    registerEditorForms();
 }
 
 }  // namespace kw

@@ -1,5 +1,6 @@
 #include "shell/menu.h"
 
+#include "editors/editorforms.h"
 #include "link/connection.h"
 #include "plot/printforms.h"
 #include "shell/mdi.h"
@@ -101,6 +102,7 @@ void buildMainMenu(Mdi &window)
     onMenu(window, QStringLiteral("mnuseldata"), &mnuseldata);
     onMenu(window, QStringLiteral("mnuBeenden"), &mnuBeenden);
     connectPrintMenu(window);
+    wireEditorMenu(window);
 }
 
 void onMenu(Mdi &window, const QString &name, void (*command)(Mdi &))

@@ -152,6 +152,11 @@ struct State {
 
     // ---- EMC test
 
+    // ---- Definition editors: the name in work, kept from one form to the next
+    QString currentlimit;
+    QString currentcomponent;
+    QString currentconfig;
+
     // ---- Persistence
     Database db;        // the application database, open from the load to the unload of the main window
     Recordset rs;       // short-lived recordsets of the routines that read tables

@@ -1,0 +1,404 @@
+// The limit, component and configuration editors: grid and plot, points typed in either locale,
+// the unit offset and the component sign, import and export through the forms, and edits that
+// the correction chain must see at once.
+
+#include "editors/configeditor.h"
+#include "editors/definitioneditor.h"
+#include "editors/definitionplot.h"
+#include "editors/editorwidgets.h"
+#include "levels/correction.h"
+#include "levels/correctiontables.h"
+#include "link/storetrace.h"
+#include "platform/dialogs.h"
+#include "platform/vbformat.h"
+#include "shell/state.h"
+#include "shell/uihooks.h"
+#include "support/programdir.h"
+#include "support/recordingplot.h"
+#include "support/testfiles.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QRadioButton>
+#include <QTableWidget>
+#include <QtTest>
+
+using namespace kw;
+
+namespace {
+
+Database openDb() { return OpenDatabase(st.databasefile); }
+
+DefinitionPoints pointsOf(const QString &table, const QString &column, int number)
+{
+    DefinitionPoints out;
+    Recordset rs = openDb().OpenRecordset(
+        QStringLiteral("select * from %1 where %2 = %3 order by frequency").arg(table, column).arg(number), dbOpenSnapshot);
+    while (!rs.Eof()) {
+        out.emplace_back(float(rs.FieldNumber("frequency")), float(rs.FieldNumber("level_dbmw")));
+        rs.MoveNext();
+    }
+    return out;
+}
+
+QStringList column(QTableWidget *grid, int c)
+{
+    QStringList out;
+    for (int r = 0; r < grid->rowCount(); ++r)
+        out << grid->item(r, c)->text();
+    return out;
+}
+
+template <class T>
+T *child(QWidget &form, const char *name)
+{
+    return form.findChild<T *>(QString::fromUtf8(name));
+}
+
+}  // namespace
+
+class TestDefinitionEditors : public QObject {
+    Q_OBJECT
+    std::unique_ptr<test::TempProgramDir> dir_;
+    ScriptedDialogs boxes_;
+    int refreshes_ = 0;
+
+    std::unique_ptr<DefinitionEditor> limitEditor(const QString &name)
+    {
+        st.currentlimit = name;
+        auto form = std::make_unique<DefinitionEditor>(Family::Limit);
+        form->activate();
+        return form;
+    }
+    std::unique_ptr<DefinitionEditor> componentEditor(const QString &name)
+    {
+        st.currentcomponent = name;
+        auto form = std::make_unique<DefinitionEditor>(Family::Component);
+        form->activate();
+        return form;
+    }
+    void type(DefinitionEditor &form, const QString &frequency, const QString &level)
+    {
+        auto *t1 = child<QLineEdit>(form, "Text1");
+        auto *t2 = child<QLineEdit>(form, "Text2");
+        t1->clear();
+        t2->clear();
+        QTest::keyClicks(t1, frequency);
+        QTest::keyClicks(t2, level);
+        QTest::keyClick(t2, Qt::Key_Return);
+    }
+
+private slots:
+    void init()
+    {
+        resetState();
+        setNumberLocale(NumberLocale::enUS());
+        dir_ = std::make_unique<test::TempProgramDir>();
+        st.databasefile = dir_->file(QStringLiteral("default.mdb"));
+        boxes_ = ScriptedDialogs();
+        setDialogs(&boxes_);
+        refreshes_ = 0;
+        uiHooks().refreshForms = [this] { ++refreshes_; };
+    }
+    void cleanup()
+    {
+        uiHooks().refreshForms = nullptr;
+        setDialogs(nullptr);
+        if (st.db.isSet())
+            st.db.Close();
+        dir_.reset();
+        setNumberLocale(NumberLocale::system());
+    }
+
+    // A delivered conducted limit: every point in the grid in its unit, the plot from 0 MHz since
+    // it starts below 1 MHz, and the range in stored dBmW.
+    void gridAndRangeOfADeliveredLimit()
+    {
+        auto form = limitEditor(QStringLiteral("cispr 32 class b conducted qp"));
+        auto *grid = child<QTableWidget>(*form, "Grid1");
+        const DefinitionPoints stored = pointsOf("limitdef", "limitnr", 3);
+        QVERIFY(stored.size() >= 3);
+        QCOMPARE(grid->rowCount(), int(stored.size()));
+        QCOMPARE(form->view().offset, int16_t(107));
+        QCOMPARE(child<QComboBox>(*form, "DBCombo2")->currentText(), QStringLiteral("dBµV"));
+        QCOMPARE(column(grid, 0).first(), QStringLiteral("0.15"));
+        QCOMPARE(column(grid, 1).first(), vbFormat(stored.front().second + 107.0f, QStringLiteral("###0.00")));
+        QCOMPARE(form->range().fmin, 0.0f);
+        QCOMPARE(form->range().fmax, 30.0f);
+        float lo = 1e9f, hi = -1e9f;
+        for (const auto &p : stored) {
+            lo = std::min(lo, p.second);
+            hi = std::max(hi, p.second);
+        }
+        QCOMPARE(form->range().lmin, lo);
+        QCOMPARE(form->range().lmax, hi);
+        QVERIFY(child<QCheckBox>(*form, "Check2")->isChecked());
+        QVERIFY(!child<QLineEdit>(*form, "Text3")->isEnabled());
+        QCOMPARE(st.currentlimit, QStringLiteral("CISPR 32 Class B conducted QP"));
+
+        // Another definition from the list; the radiated one enables the distance.
+        form->chooseDefinition(QStringLiteral("FCC 15 Class B radiated 3 m"));
+        QCOMPARE(grid->rowCount(), int(pointsOf("limitdef", "limitnr", 21).size()));
+        QVERIFY(child<QLineEdit>(*form, "Text3")->isEnabled());
+        QCOMPARE(child<QLineEdit>(*form, "Text3")->text(), QStringLiteral("3"));
+        QCOMPARE(child<QLineEdit>(*form, "Text1")->text(), QStringLiteral("0"));
+    }
+
+    // Comma and point both become the decimal mark as they are typed; Enter on a frequency that
+    // exists overwrites its level, the number of points stays; the grid's delete key removes one.
+    void pointsTypedInBothLocales()
+    {
+        auto form = limitEditor(QStringLiteral("FCC 15 Class B radiated 3 m"));
+        const size_t before = pointsOf("limitdef", "limitnr", 21).size();
+        type(*form, QStringLiteral("123,5"), QStringLiteral("40.25"));
+        DefinitionPoints after = pointsOf("limitdef", "limitnr", 21);
+        QCOMPARE(after.size(), before + 1);
+        auto added = std::find_if(after.begin(), after.end(), [](const auto &p) { return p.first == 123.5f; });
+        QVERIFY(added != after.end());
+        QCOMPARE(added->second, 40.25f - 107.0f);
+        QCOMPARE(child<QLineEdit>(*form, "Text1")->text(), QString());
+
+        setNumberLocale(NumberLocale::deDE());
+        st.decimalchar = ',';
+        type(*form, QStringLiteral("123.5"), QStringLiteral("-1,5x"));
+        QCOMPARE(pointsOf("limitdef", "limitnr", 21).size(), before + 1);
+        after = pointsOf("limitdef", "limitnr", 21);
+        added = std::find_if(after.begin(), after.end(), [](const auto &p) { return p.first == 123.5f; });
+        QCOMPARE(added->second, -1.5f - 107.0f);
+        auto *grid = child<QTableWidget>(*form, "Grid1");
+        const int row = column(grid, 0).indexOf(QStringLiteral("123,5"));
+        QVERIFY(row >= 0);
+        QCOMPARE(grid->item(row, 1)->text(), QStringLiteral("-1,50"));
+        form->gridClicked(row);
+        QCOMPARE(child<QLineEdit>(*form, "Text1")->text(), QStringLiteral("123,5"));
+        QCOMPARE(child<QLineEdit>(*form, "Text2")->text(), QStringLiteral("-1,5"));
+        form->gridKey(row, Qt::Key_Delete);
+        QCOMPARE(pointsOf("limitdef", "limitnr", 21).size(), before);
+        QCOMPARE(grid->rowCount(), int(before));
+    }
+
+    // The unit's offset is rounded to a whole number (halves to even); a change of unit renames
+    // the same stored levels.
+    void unitOffsetIsAWholeNumber()
+    {
+        Database db = openDb();
+        db.Execute(QStringLiteral("insert into unit values ('half down', 106.5)"));
+        db.Execute(QStringLiteral("insert into unit values ('half up', 107.5)"));
+        db.Execute(QStringLiteral("insert into unit values ('fraction', -12.7)"));
+        auto form = limitEditor(QStringLiteral("FCC 15 Class B radiated 3 m"));
+        const DefinitionPoints stored = pointsOf("limitdef", "limitnr", 21);
+        const QList<QPair<QString, int>> cases{{"half down", 106}, {"half up", 108}, {"fraction", -13}, {"dBmW", 0}};
+        for (const auto &[unit, offset] : cases) {
+            form->chooseUnit(unit);
+            QCOMPARE(form->view().offset, int16_t(offset));
+            QCOMPARE(column(child<QTableWidget>(*form, "Grid1"), 1).first(),
+                     vbFormat(stored.front().second + float(offset), QStringLiteral("###0.00")));
+        }
+        QCOMPARE(pointsOf("limitdef", "limitnr", 21), stored);
+        Recordset head = db.OpenRecordset(QStringLiteral("select * from LimitHead where limitnr = 21"), dbOpenSnapshot);
+        QCOMPARE(head.FieldText("limunit"), QStringLiteral("dBmW"));
+    }
+
+    // A gain is typed and shown positive and stored negative; the type changes what the same
+    // stored points are called; the antenna's distance stays in its row under another type.
+    void componentSignAndType()
+    {
+        auto form = componentEditor(QStringLiteral("Preamplifier 25 dB"));
+        QVERIFY(child<QRadioButton>(*form, "Option1_2")->isChecked());
+        QCOMPARE(form->view().sign, int16_t(-1));
+        type(*form, QStringLiteral("2000"), QStringLiteral("20"));
+        const DefinitionPoints stored = pointsOf("losdef", "losnr", 6);
+        QCOMPARE(stored.back(), std::make_pair(2000.0f, -20.0f));
+        QCOMPARE(column(child<QTableWidget>(*form, "Grid1"), 1).last(), QStringLiteral("20.00"));
+
+        openDb().Execute(QStringLiteral("insert into losdef values (5, 5000, 3)"));
+        form->chooseDefinition(QStringLiteral("Cable RG-223 2 m"));
+        QCOMPARE(column(child<QTableWidget>(*form, "Grid1"), 1).last(), QStringLiteral("3.00"));
+        form->chooseType(2);
+        QCOMPARE(column(child<QTableWidget>(*form, "Grid1"), 1).last(), QStringLiteral("-3.00"));
+        QCOMPARE(pointsOf("losdef", "losnr", 5).back().second, 3.0f);
+
+        form->chooseDefinition(QStringLiteral("Bilog antenna 30-1000 MHz, 3 m"));
+        QVERIFY(!child<QLineEdit>(*form, "Text3")->isHidden());
+        QCOMPARE(child<QLineEdit>(*form, "Text3")->text(), QStringLiteral("3"));
+        refreshes_ = 0;
+        form->chooseType(1);
+        QVERIFY(child<QLineEdit>(*form, "Text3")->isHidden());
+        QVERIFY(refreshes_ > 0);  // the panels take the configuration's distance anew
+        Recordset head = openDb().OpenRecordset(QStringLiteral("select * from loshead where losnr = 1"), dbOpenSnapshot);
+        QCOMPARE(head.FieldNumber("Distance"), 3.0);
+        QCOMPARE(head.FieldNumber("lostyp"), 1.0);
+    }
+
+    // The chain's tables were read for the live trace; a point edited in the component editor is
+    // in the very next storetrace, without the tables being opened again.
+    void aComponentEditIsSeenByTheNextTrace()
+    {
+        st.db = OpenDatabase(st.databasefile);
+        QVERIFY(setupconfiguration(QStringLiteral("Conducted LISN cable")));
+        st.correctionon = 1;
+        st.freqstart = 0.0f;
+        st.freqstop = 30.0f;
+        opencorrectiontables();
+        st.rawblock.fill(227);
+        storetrace();
+        const Trace before = st.sampledata;
+
+        auto form = componentEditor(QStringLiteral("Cable RG-223 2 m"));
+        const DefinitionPoints rows = pointsOf("losdef", "losnr", 5);
+        QVERIFY(!rows.empty());
+        for (const auto &[f, level] : rows)
+            type(*form, vbCStr(f), vbCStr(level + 20.0f));
+        st.rawblock.fill(227);
+        storetrace();
+        // Inside the table the chain adds 20 dB more: 50 level counts.
+        const int mid = 1000;
+        QVERIFY(std::abs(int(st.sampledata[mid]) - int(before[mid]) - 50) <= 1);
+
+        // A deleted component adds nothing at once.
+        for (int i = 0; i < int(rows.size()); ++i)
+            form->gridKey(0, Qt::Key_Delete);
+        QCOMPARE(pointsOf("losdef", "losnr", 5).size(), size_t(0));
+        float f = 15.0f;
+        resetcorrectionsegments();
+        correctionat(f);
+        QCOMPARE(st.correction, 0.0f);
+    }
+
+    // Position A decides the radiated path; antennas never show in B to E; the same component
+    // may stand twice; the panels are told to take the chain anew.
+    void configurationPositions()
+    {
+        st.currentconfig = QStringLiteral("radiated 10 m biconical, cable");
+        ConfigEditor form;
+        form.activate();
+        QVERIFY(form.radiatedPathShown());
+        QCOMPARE(form.positionCombo(0)->currentText(), QStringLiteral("Biconical antenna 30-300 MHz, 10 m"));
+        QCOMPARE(child<QLabel>(form, "Label4")->text(), QStringLiteral("10"));
+        for (int p = 1; p < 5; ++p) {
+            QVERIFY(form.positionCombo(p)->findText(QStringLiteral("Bilog antenna 30-1000 MHz, 3 m")) < 0);
+            QVERIFY(form.positionCombo(p)->findText(QStringLiteral("Cable RG-58 10 m")) >= 0);
+        }
+        QVERIFY(form.positionCombo(0)->findText(QStringLiteral("Bilog antenna 30-1000 MHz, 3 m")) >= 0);
+
+        form.choosePosition(0, QStringLiteral("Cable RG-223 2 m"));
+        QVERIFY(!form.radiatedPathShown());
+        form.choosePosition(2, QStringLiteral("Cable RG-58 10 m"));
+        QVERIFY(refreshes_ >= 2);
+        Recordset rs = openDb().OpenRecordset(QStringLiteral("config"), dbOpenSnapshot);
+        rs.FindFirst(QStringLiteral("configname = 'Radiated 10 m biconical, cable'"));
+        QCOMPARE(rs.FieldNumber("devicea"), 5.0);
+        QCOMPARE(rs.FieldNumber("deviceb"), 4.0);
+        QCOMPARE(rs.FieldNumber("devicec"), 4.0);
+        st.db = OpenDatabase(st.databasefile);
+        setupconfiguration(QStringLiteral("Radiated 10 m biconical, cable"));
+        QCOMPARE(st.configdist, 0.0f);
+
+        // A name not in the list changes nothing.
+        form.choosePosition(3, QStringLiteral("Bilog antenna 30-1000 MHz, 3 m"));
+        rs = openDb().OpenRecordset(QStringLiteral("config"), dbOpenSnapshot);
+        rs.FindFirst(QStringLiteral("configname = 'Radiated 10 m biconical, cable'"));
+        QCOMPARE(rs.FieldNumber("deviced"), 0.0);
+    }
+
+    // Import asks once and merges or replaces; a file with a bad line changes nothing and names
+    // the line; a delivered limit exported and imported under a new name is the same limit.
+    void importAndExportThroughTheEditor()
+    {
+        const QString csv = dir_->file(QStringLiteral("points.csv"));
+        auto form = limitEditor(QStringLiteral("FCC 15 Class B radiated 3 m"));
+        const DefinitionPoints delivered = pointsOf("limitdef", "limitnr", 21);
+
+        QVERIFY(kwtest::writeFile(csv, "Frequency;Level\n30;0\n2000,5;54\nbad;1\n"));
+        boxes_.files.push_back(csv);
+        form->importFile();
+        QCOMPARE(boxes_.shown.back().title, QStringLiteral("Import"));
+        QVERIFY(boxes_.shown.back().text.contains(QStringLiteral("line 4: ")));
+        QCOMPARE(pointsOf("limitdef", "limitnr", 21), delivered);
+
+        // Merge: equal frequency takes the file's level, the rest is added.
+        QVERIFY(kwtest::writeFile(csv, "Frequency (GHz);Level (dBµV/m)\n0,03;0\n2,0005;54\n"));
+        boxes_.files.push_back(csv);
+        boxes_.answers.push_back(Answer::No);
+        form->importFile();
+        QCOMPARE(boxes_.shown.back().buttons, Buttons::YesNoCancel);
+        DefinitionPoints merged = pointsOf("limitdef", "limitnr", 21);
+        QCOMPARE(merged.size(), delivered.size() + (delivered.front().first == 30.0f ? 1 : 2));
+        QCOMPARE(merged.front(), std::make_pair(30.0f, -107.0f));
+        QCOMPARE(merged.back(), std::make_pair(2000.5f, 54.0f - 107.0f));
+
+        // Cancel changes nothing; Yes replaces all.
+        boxes_.files.push_back(csv);
+        boxes_.answers.push_back(Answer::Cancel);
+        form->importFile();
+        QCOMPARE(pointsOf("limitdef", "limitnr", 21), merged);
+        boxes_.files.push_back(csv);
+        boxes_.answers.push_back(Answer::Yes);
+        form->importFile();
+        QCOMPARE(pointsOf("limitdef", "limitnr", 21).size(), size_t(2));
+
+        // Round trip of a delivered limit through a file into a new one.
+        auto cispr = limitEditor(QStringLiteral("CISPR 32 Class B conducted QP"));
+        boxes_.files.push_back(csv);
+        cispr->exportFile();
+        QVERIFY(kwtest::readFile(csv).startsWith("Frequency (MHz),Level (dB\xC2\xB5V)\n0.15,66\n0.5,56\n5,56\n5,60\n"));
+        Database db = openDb();
+        db.Execute(QStringLiteral("insert into LimitHead (limitnr, limitname, limunit) values (99, 'Copy of B', 'dBµV')"));
+        auto copy = limitEditor(QStringLiteral("Copy of B"));
+        boxes_.files.push_back(csv);
+        boxes_.answers.push_back(Answer::Ok);
+        copy->importFile();
+        QCOMPARE(boxes_.shown.back().buttons, Buttons::OkCancel);
+        QCOMPARE(pointsOf("limitdef", "limitnr", 99), pointsOf("limitdef", "limitnr", 3));
+    }
+
+    // The small plot: a single point draws no line, equal levels open a dB either way, a
+    // logarithmic limit from 0 MHz bends without failing, and the labels switch to G at 1000 MHz.
+    void theSmallPlot()
+    {
+        kwtest::RecordingSurface p1(400, 200), p2(40, 200), p3(400, 18);
+        DefinitionPictures pictures{p1, p2, p3};
+        DefinitionRange r;
+        LevelView limit;
+        DefinitionPoints one{{50.0f, -40.0f}};
+        QVERIFY(definitionRange(one, r));
+        drawDefinition(pictures, one, r, limit);
+        QCOMPARE(p1.linesOf(12).size(), size_t(0));
+        QCOMPARE(r.lmax, -39.0f);
+        QCOMPARE(r.lmin, -41.0f);
+
+        DefinitionPoints flat{{0.15f, -40.0f}, {999.99f, -40.0f}, {2000.0f, -40.0f}};
+        QVERIFY(definitionRange(flat, r));
+        QCOMPARE(r.fmin, 0.0f);
+        drawDefinition(pictures, flat, r, limit);
+        QCOMPARE(p1.linesOf(12).size(), size_t(2));
+        QCOMPARE(p1.verticalsOf(7), 9);
+        QCOMPARE(p2.textList(), QStringList({"-41.0", "-40.6", "-40.2", "-39.8", "-39.4", "-39.0"}));
+        QVERIFY(p3.textList().contains(QStringLiteral("200.00M")));
+        QVERIFY(p3.textList().contains(QStringLiteral("1.000G")));
+        QCOMPARE(p3.textList().first(), QStringLiteral("0.0K"));
+
+        limit.logarithmic = true;
+        limit.offset = 107;
+        DefinitionPoints sloped{{0.0f, -41.0f}, {0.5f, -51.0f}, {30.0f, -60.0f}};
+        QVERIFY(definitionRange(sloped, r));
+        drawDefinition(pictures, sloped, r, limit);
+        QVERIFY(p1.linesOf(12).size() > 90);  // bent: fifty pieces a segment
+        QCOMPARE(p2.textList().last(), QStringLiteral("66.0"));
+
+        // A gain's scale is turned over: the bigger gain, the lower stored number, stands higher.
+        LevelView gain;
+        gain.component = true;
+        gain.sign = -1;
+        DefinitionPoints amplifier{{10.0f, -20.0f}, {1000.0f, -30.0f}};
+        QVERIFY(definitionRange(amplifier, r));
+        drawDefinition(pictures, amplifier, r, gain);
+        QVERIFY(p1.scaleHeight() > 0);
+        QCOMPARE(p2.textList().first(), QStringLiteral("30.0"));
+    }
+};
+
+QTEST_MAIN(TestDefinitionEditors)
+#include "tst_definitioneditors.moc"
