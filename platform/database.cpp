@@ -64,6 +64,7 @@ void DatabaseHandle::closeConnection()
 {
     if (connection.isEmpty())
         return;
+    prepared.clear();
     {
         QSqlDatabase d = sql();
         if (d.isValid())
@@ -72,6 +73,18 @@ void DatabaseHandle::closeConnection()
     QSqlDatabase::removeDatabase(connection);
     connection.clear();
     open = false;
+}
+
+QSqlQuery &DatabaseHandle::statement(const QString &text)
+{
+    auto it = prepared.find(text);
+    if (it == prepared.end()) {
+        auto q = std::make_shared<QSqlQuery>(sql());
+        if (!q->prepare(text))
+            throw VbError(errorNumber(q->lastError()));
+        it = prepared.insert(text, std::move(q));
+    }
+    return **it;
 }
 
 quint64 *changesOf(const QString &path)
@@ -360,8 +373,10 @@ Database CreateDatabase(const QString &path, const QString &)
         throw VbError(3204);
     Database db;
     db.h_ = connect(path);
-    run(*db.h_, QStringLiteral("pragma application_id = %1").arg(kApplicationId));
+    // The log first, so that even the file's first write is a commit to the log and not one
+    // through a rollback journal with its syncs.
     setJournal(*db.h_);
+    run(*db.h_, QStringLiteral("pragma application_id = %1").arg(kApplicationId));
     return db;
 }
 

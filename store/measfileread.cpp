@@ -114,12 +114,15 @@ void ReadMeasurementFile()
     showWindowsOfMode();
     st.mode = vbCByte(number("mode"));
 
-    // The points stay in the file: only their count and the first and last frequency in order are
-    // taken, so the frequency column is all that is read of up to 100,000 rows.
-    st.rs2 = st.measdb.OpenRecordset(QStringLiteral("select frequency from measurement order by frequency"), dbOpenSnapshot);
-    st.pointcount = st.rs2.RecordCount();
+    // The points stay in the file. The load takes their count and the first and last frequency
+    // in frequency order (an empty frequency sorts first), asked of the file rather than read
+    // out of up to 100,000 rows.
+    st.rs2 = st.measdb.OpenRecordset(QStringLiteral("select count(*) as points from measurement"), dbOpenSnapshot);
+    st.pointcount = vbCLng(number("points"));
+    st.rs2 = st.measdb.OpenRecordset(QStringLiteral("select frequency from measurement order by frequency limit 1"), dbOpenSnapshot);
     st.rs2.MoveFirst();
     st.freqstart = vbCSng(number("frequency"));
+    st.rs2 = st.measdb.OpenRecordset(QStringLiteral("select frequency from measurement order by frequency desc limit 1"), dbOpenSnapshot);
     st.rs2.MoveLast();
     st.freqstop = vbCSng(number("frequency"));
     st.rs2.Close();
