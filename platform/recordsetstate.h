@@ -19,6 +19,9 @@ struct DatabaseHandle {
     // Counts the writes to the file through any handle of this program, so that a dynaset can
     // tell that rows it read may have been changed by another recordset or statement since.
     quint64 *changes = nullptr;
+    // The journal is set up at the first write through this handle: a file only read or checked
+    // is never changed.
+    mutable bool writing = false;
 
     // Statements prepared once and run again with new values: the row writes of the recordsets,
     // which repeat the same statement row after row. Finished before the connection closes.
@@ -84,5 +87,7 @@ int errorNumber(const QSqlError &error);
 QString quoted(const QString &name);
 // The count of writes to the file at path (its canonical name), shared by all its handles.
 quint64 *changesOf(const QString &path);
+// Called before every statement that may write through h.
+void beforeWrite(const DatabaseHandle &h);
 
 }  // namespace kw::detail
