@@ -126,6 +126,7 @@ void DatabaseHandle::closeConnection()
 {
     if (connection.isEmpty())
         return;
+    prepared.clear();
     {
         QSqlDatabase d = sql();
         if (d.isValid()) {
@@ -136,6 +137,18 @@ void DatabaseHandle::closeConnection()
     QSqlDatabase::removeDatabase(connection);
     connection.clear();
     open = false;
+}
+
+QSqlQuery &DatabaseHandle::statement(const QString &text)
+{
+    auto it = prepared.find(text);
+    if (it == prepared.end()) {
+        auto q = std::make_shared<QSqlQuery>(sql());
+        if (!q->prepare(text))
+            throw VbError(errorNumber(q->lastError()));
+        it = prepared.insert(text, std::move(q));
+    }
+    return **it;
 }
 
 quint64 *changesOf(const QString &path)

@@ -169,9 +169,8 @@ void writeRow(RecordsetState &s)
         }
     }
     beforeWrite(*s.db);
-    QSqlQuery q(s.db->sql());
+    QString sql;
     if (s.mode == EditMode::AddNew) {
-        QString sql;
         if (names.isEmpty()) {
             sql = QStringLiteral("insert into %1 default values").arg(quoted(s.table));
         } else {
@@ -181,27 +180,30 @@ void writeRow(RecordsetState &s)
             sql = QStringLiteral("insert into %1 (%2) values (%3)")
                       .arg(quoted(s.table), names.join(QStringLiteral(", ")), marks.join(QStringLiteral(", ")));
         }
-        if (!q.prepare(sql))
-            throw VbError(errorNumber(q.lastError()));
     } else {
         if (names.isEmpty())
             return;
         QStringList sets;
         for (const QString &n : names)
             sets << n + QStringLiteral(" = ?");
-        if (!q.prepare(QStringLiteral("update %1 set %2 where _rowid_ = ?").arg(quoted(s.table), sets.join(QStringLiteral(", ")))))
-            throw VbError(errorNumber(q.lastError()));
+        sql = QStringLiteral("update %1 set %2 where _rowid_ = ?").arg(quoted(s.table), sets.join(QStringLiteral(", ")));
     }
+    QSqlQuery &q = s.db->statement(sql);
+    int place = 0;
     for (const QVariant &v : values)
-        q.addBindValue(v);
+        q.bindValue(place++, v);
     if (s.mode == EditMode::Edit)
-        q.addBindValue(s.rows[size_t(s.pos)].rowid);
-    if (!q.exec())
-        throw VbError(errorNumber(q.lastError()));
+        q.bindValue(place, s.rows[size_t(s.pos)].rowid);
+    const bool done = q.exec();
+    const qint64 newRowid = q.lastInsertId().toLongLong();
+    const QSqlError error = q.lastError();
+    q.finish();
+    if (!done)
+        throw VbError(errorNumber(error));
     countWrite(s);
     if (s.mode == EditMode::AddNew) {
         Row row;
-        row.rowid = q.lastInsertId().toLongLong();
+        row.rowid = newRowid;
         row.values = s.buffer;
         row.seen = writesNow(s);
         s.rows.push_back(std::move(row));

@@ -7,6 +7,7 @@
 #include <QHash>
 #include <QSqlDatabase>
 #include <QSqlError>
+#include <QSqlQuery>
 #include <optional>
 
 namespace kw::detail {
@@ -22,8 +23,14 @@ struct DatabaseHandle {
     // is never changed.
     mutable bool writing = false;
 
+    // Statements prepared once and run again with new values: the row writes of the recordsets,
+    // which repeat the same statement row after row. Finished before the connection closes.
+    QHash<QString, std::shared_ptr<QSqlQuery>> prepared;
+
     ~DatabaseHandle();
     QSqlDatabase sql() const { return QSqlDatabase::database(connection, false); }
+    // The statement of that text, prepared on first use; throws VbError when it does not prepare.
+    QSqlQuery &statement(const QString &text);
     void close();
     void closeConnection();  // without leaving the list of open handles
     void registerOpen();
