@@ -1,9 +1,12 @@
 #include "platform/dialogs.h"
 
+#include "platform/printer.h"
+
 #include <QApplication>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QPrintDialog>
 
 namespace kw {
 
@@ -81,6 +84,14 @@ public:
             return std::nullopt;
         return name;
     }
+    bool printerSetup() override
+    {
+        if (unattended())
+            return false;
+        QPrintDialog box(&printer(), QApplication::activeWindow());
+        box.setWindowTitle(QStringLiteral("Printer setup"));
+        return box.exec() == QDialog::Accepted;
+    }
 };
 
 RealDialogs realDialogs;
@@ -133,6 +144,16 @@ std::optional<QString> ScriptedDialogs::saveFile(const QString &title, const QSt
 {
     shown.push_back({QStringLiteral("save"), title, filter, Buttons::OkCancel});
     return takeNext(files);
+}
+
+bool ScriptedDialogs::printerSetup()
+{
+    shown.push_back({QStringLiteral("printer"), QString(), QString(), Buttons::OkCancel});
+    if (answers.empty())
+        return true;
+    const Answer a = answers.front();
+    answers.pop_front();
+    return a != Answer::Cancel;
 }
 
 int ScriptedDialogs::count(const QString &title) const

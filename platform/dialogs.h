@@ -14,7 +14,7 @@ enum class Buttons { Ok, OkCancel, YesNo, YesNoCancel };
 enum class Answer { Ok, Cancel, Yes, No };
 
 struct ShownBox {
-    QString kind;  // "message", "input", "open", "save"
+    QString kind;  // "message", "input", "open", "save", "printer"
     QString title;
     QString text;
     Buttons buttons = Buttons::Ok;
@@ -29,6 +29,9 @@ public:
     // File dialogs: empty optional when cancelled. filter as "Text (*.mes)|*.mes".
     virtual std::optional<QString> openFile(const QString &title, const QString &filter, const QString &dir) = 0;
     virtual std::optional<QString> saveFile(const QString &title, const QString &filter, const QString &dir) = 0;
+    // The platform's printer set-up on the program's printer (platform/printer.h); false when
+    // cancelled.
+    virtual bool printerSetup() = 0;
 };
 
 // The dialogs in use; real boxes unless a test installed a scripted set.
@@ -47,6 +50,8 @@ public:
     std::optional<QString> input(const QString &title, const QString &prompt, const QString &start) override;
     std::optional<QString> openFile(const QString &title, const QString &filter, const QString &dir) override;
     std::optional<QString> saveFile(const QString &title, const QString &filter, const QString &dir) override;
+    // Recorded as a box of kind "printer"; answers Ok unless a Cancel is queued.
+    bool printerSetup() override;
 
     int count(const QString &title) const;
 };

@@ -48,6 +48,7 @@ public:
     void setMemoryLabel(const QString &text) override;
     void setButtons(bool peak, bool centre, bool twice) override;
     void showPicture() override;
+    void showCursors(const CursorReadouts &readouts) override;
 
     // The layout of load and resize; scales too unless only loading.
     void applyLayout(bool withScales);
@@ -71,6 +72,8 @@ private:
     QLabel *label5_ = nullptr;
     QLabel *label6_ = nullptr;
     QLabel *label11_ = nullptr;
+    // freqa, leva, freqb, levb, freqab, levab
+    QLabel *readout_[6] = {};
     std::function<void()> previousConfigurationHook_;
 };
 
