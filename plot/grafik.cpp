@@ -200,9 +200,26 @@ void Grafik::applyLayout(bool withScales)
         box->surface().resize(box->width(), box->height());
     pic3_->surface().setFont(frequencyLabelFont(pic1_->width()));
     pic2_->surface().setFont(levelLabelFont(pic2_->width(), pic1_->height()));
+    fitPanelFont();
     if (withScales) {
         setHorizontalScales(*this);
         st.redrawflag = 1;
+    }
+}
+
+void Grafik::fitPanelFont()
+{
+    // Read-outs and buttons stay whole in a short panel: a smaller font before anything is cut.
+    constexpr int kPanelPixels = 10;
+    constexpr int kSmallestPanelPixels = 7;
+    QFont font = pic4_->font();
+    for (int pixels = kPanelPixels; pixels >= kSmallestPanelPixels; --pixels) {
+        if (font.pixelSize() != pixels) {
+            font.setPixelSize(pixels);
+            pic4_->setFont(font);
+        }
+        if (pic4_->layout()->sizeHint().height() <= pic4_->height())
+            return;
     }
 }
 

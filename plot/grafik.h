@@ -61,6 +61,8 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    void fitPanelFont();
+
     PictureBox *pic1_ = nullptr;
     PictureBox *pic2_ = nullptr;
     PictureBox *pic3_ = nullptr;

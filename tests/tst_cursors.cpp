@@ -11,6 +11,7 @@
 #include "plot/plotsources.h"
 #include "shell/state.h"
 #include "support/recordingplot.h"
+#include "support/simfixture.h"
 
 #include <QFontMetricsF>
 #include <QLabel>
@@ -310,6 +311,35 @@ private slots:
         QCOMPARE(cursorFrequency(st.cursor1x), 10.0f);
         centreOnCursor();
         QVERIFY(std::abs(st.centerfreq - 0.001f) < 1e-7f);
+    }
+
+    void withTheAnalyser()
+    {
+        SimBench bench;
+        kwtest::RecordingPlot plot;
+        // In EMC mode a double click does nothing; in normal mode it connects and reads.
+        st.mode = 1;
+        plotDoubleClick();
+        QVERIFY(bench.log().isEmpty());
+        QCOMPARE(st.portopen, int16_t(0));
+        st.mode = 0;
+        plotDoubleClick();
+        QCOMPARE(st.portopen, int16_t(1));
+        QVERIFY(bench.log().contains(QStringLiteral("#bm1")));
+        QCOMPARE(st.redrawflag, uint8_t(1));
+
+        // The new centre goes out, the running calculation starts again, and a trace comes back.
+        bench.clearLog();
+        kwtest::plotFrame(0.0f, 1000.0f);
+        st.calc = 1;
+        st.cursor1x = 250000;
+        centreOnCursor();
+        const QStringList log = bench.log();
+        QVERIFY(log.size() > 3);
+        QCOMPARE(log.mid(0, 2), QStringList({"#cf0250.000", "#dm1"}));
+        QVERIFY(log.contains(QStringLiteral("#bm1")));
+        QCOMPARE(st.centerfreq, 250.0f);
+        QVERIFY(bench.shown().isEmpty());
     }
 
     void aCursorDraggedTwiceLeavesThePictureOfAFreshPass()
