@@ -1,6 +1,7 @@
 // A cursor move on a 1000 x 700 plot of four live traces: the lines of both cursors taken away and
 // drawn again in the inverting mode, the read-outs set, and the picture handed to the screen.
 // No pass may run and no trace may be touched.
+#include "bench/livetraces.h"
 #include "plot/cursormouse.h"
 #include "plot/cursors.h"
 #include "plot/drawplot.h"
@@ -9,7 +10,6 @@
 
 #include <QElapsedTimer>
 #include <QGuiApplication>
-#include <cmath>
 #include <cstdio>
 
 using namespace kw;
@@ -28,31 +28,19 @@ public:
     int passes = 0;
 };
 
-int16_t level(int i, int trace)
-{
-    const double noise = std::sin(i * 12.9898 + trace * 78.233) * 43758.5453;
-    return int16_t(-220 + 20 * (noise - std::floor(noise)) + (i % 250 == 0 ? 100 : 0));
-}
-
 }  // namespace
 
 int main(int argc, char **argv)
 {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication app(argc, argv);
     CountingPlot plot(1000, 700);
     setPlotForm(&plot);
 
-    st.freqstart = 0.0f;
-    st.freqstop = 1000.0f;
-    st.span = 1000;
-    st.grafikmax = -50;
-    st.grafikmin = -250;
-    st.viewsample = st.viewaverage = st.viewmaxhold = st.viewb = 1;
+    kwbench::showFourLiveTraces();
     st.calc = 1;
     Trace *traces[] = {&st.sampledata, &st.averagedata, &st.maxholddata, &st.memorydata};
-    for (int t = 0; t < 4; ++t)
-        for (int i = 1; i <= 2001; ++i)
-            (*traces[t])[size_t(i)] = level(i, t);
     DrawPlot();
     const int passes = plot.passes;
     Trace kept[4];

@@ -1,5 +1,6 @@
 // DrawPlot on a 1000 x 700 plot: four live traces of 2001 points, and a measurement file of
 // 97,001 rows read in full and with "Economic" thinning.
+#include "bench/livetraces.h"
 #include "platform/recordset.h"
 #include "plot/drawplot.h"
 #include "plot/plotform.h"
@@ -31,16 +32,7 @@ void report(const char *what, double ms, double target)
     std::printf("%-52s %8.2f ms  (target < %.0f ms)  %s\n", what, ms, target, ms < target ? "ok" : "MISSED");
 }
 
-// A spectrum with noise and a few carriers, in plot units.
-int16_t level(int i, int trace)
-{
-    const double noise = std::sin(i * 12.9898 + trace * 78.233) * 43758.5453;
-    const double frac = noise - std::floor(noise);
-    double y = -220 + 20 * frac;
-    if (i % 250 == 0)
-        y = -90 - trace * 5;
-    return int16_t(y);
-}
+using kwbench::level;
 
 bool makeMeasurementFile(const QString &path, int rows)
 {
@@ -92,18 +84,7 @@ int main(int argc, char **argv)
     setPlotForm(&plot);
 
     // Live: all four traces shown.
-    st.freqstart = 0.0f;
-    st.freqstop = 1000.0f;
-    st.span = 1000;
-    st.grafikmax = -50;
-    st.grafikmin = -250;
-    st.viewsample = st.viewaverage = st.viewmaxhold = st.viewb = 1;
-    for (int i = 1; i <= 2001; ++i) {
-        st.sampledata[size_t(i)] = level(i, 0);
-        st.averagedata[size_t(i)] = level(i, 1);
-        st.maxholddata[size_t(i)] = level(i, 2);
-        st.memorydata[size_t(i)] = level(i, 3);
-    }
+    kwbench::showFourLiveTraces();
     DrawPlot();
     report("DrawPlot, four live traces of 2001 points", millisecondsPerPass(50), 20);
 

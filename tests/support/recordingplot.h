@@ -45,11 +45,12 @@ public:
         texts.push_back({currentX, currentY, text, foreColour});
         currentX = scaleLeft();
     }
+    // The lines of the picture in that colour; the cursors' inverting lines are not part of it.
     std::vector<DrawnLine> linesOf(int colour) const
     {
         std::vector<DrawnLine> out;
         for (const DrawnLine &l : lines)
-            if (l.colour == colour)
+            if (l.colour == colour && l.mode != kw::kModeNotXorPen)
                 out.push_back(l);
         return out;
     }
