@@ -12,6 +12,7 @@
 #include <cmath>
 #include <limits>
 #include <map>
+#include <set>
 
 namespace kw {
 
@@ -45,7 +46,68 @@ OpenHandles &openHandles()
     static OpenHandles list;
     return list;
 }
+
+// One name for a file however it was reached.
+QString fileKey(const QString &path)
+{
+    const QFileInfo file(path);
+    const QString folder = file.absoluteDir().canonicalPath();
+    return (folder.isEmpty() ? file.absolutePath() : folder) + QLatin1Char('/') + file.fileName();
+}
+
+// The files this program has put on the write-ahead log and not yet given back.
+std::set<QString> &loggedFiles()
+{
+    static std::set<QString> files;
+    return files;
+}
+
+bool openElsewhere(const DatabaseHandle &h, const QString &key)
+{
+    const auto &list = openHandles().handles;
+    return std::any_of(list.begin(), list.end(), [&](const DatabaseHandle *other) {
+        return other != &h && !other->connection.isEmpty() && fileKey(other->path) == key;
+    });
+}
+
+// Every statement is its own transaction. With a write-ahead log a commit is on disk as soon as
+// the statement returns, so a crash of the program at any moment loses nothing written, and a
+// power failure at worst the last commits, never the file; and a row costs microseconds, not the
+// milliseconds of a synced rollback journal, which the row-by-row writing of a run needs.
+void setJournal(const DatabaseHandle &h)
+{
+    QSqlQuery q(h.sql());
+    q.exec(QStringLiteral("pragma journal_mode = wal"));
+    q.exec(QStringLiteral("pragma synchronous = normal"));
+}
+
+// When the program's last handle on a file it has written closes, the file goes back to the
+// rollback journal: at rest it is one file again, which a later reader (one that may not write,
+// or the plot's read-only look) opens without leaving a log beside it. Another program that
+// holds the file open makes this fail at once, and the file simply stays on the log.
+void giveBackJournal(const DatabaseHandle &h, QSqlDatabase &d)
+{
+    const QString key = fileKey(h.path);
+    if (!loggedFiles().count(key) || openElsewhere(h, key))
+        return;
+    loggedFiles().erase(key);
+    QSqlQuery q(d);
+    q.exec(QStringLiteral("pragma busy_timeout = 0"));
+    q.exec(QStringLiteral("pragma journal_mode = delete"));
+}
 }  // namespace
+
+void beforeWrite(const DatabaseHandle &h)
+{
+    if (h.writing)
+        return;
+    h.writing = true;
+    // A file that may not be written keeps its journal; the statement fails by itself.
+    if (!QFileInfo(h.path).isWritable())
+        return;
+    setJournal(h);
+    loggedFiles().insert(fileKey(h.path));
+}
 
 DatabaseHandle::~DatabaseHandle() { close(); }
 
@@ -66,8 +128,10 @@ void DatabaseHandle::closeConnection()
         return;
     {
         QSqlDatabase d = sql();
-        if (d.isValid())
+        if (d.isValid()) {
+            giveBackJournal(*this, d);
             d.close();
+        }
     }
     QSqlDatabase::removeDatabase(connection);
     connection.clear();
@@ -78,9 +142,7 @@ quint64 *changesOf(const QString &path)
 {
     // Node-based, so the counters stay where they are while files are added.
     static std::map<QString, quint64> counts;
-    const QFileInfo file(path);
-    const QString folder = file.absoluteDir().canonicalPath();
-    return &counts[(folder.isEmpty() ? file.absolutePath() : folder) + QLatin1Char('/') + file.fileName()];
+    return &counts[fileKey(path)];
 }
 
 QString quoted(const QString &name)
@@ -267,17 +329,6 @@ std::shared_ptr<DatabaseHandle> connect(const QString &path)
     return h;
 }
 
-// Every statement is its own transaction. With a write-ahead log a commit is on disk as soon as
-// the statement returns, so a crash of the program at any moment loses nothing written, and a
-// power failure at worst the last commits, never the file; and a row costs microseconds, not the
-// milliseconds of a synced rollback journal, which the row-by-row writing of a run needs.
-void setJournal(const DatabaseHandle &h)
-{
-    QSqlQuery q(h.sql());
-    q.exec(QStringLiteral("pragma journal_mode = wal"));
-    q.exec(QStringLiteral("pragma synchronous = normal"));
-}
-
 const DatabaseHandle &handle(const std::shared_ptr<DatabaseHandle> &h)
 {
     if (!h)
@@ -289,6 +340,7 @@ const DatabaseHandle &handle(const std::shared_ptr<DatabaseHandle> &h)
 
 void run(const DatabaseHandle &h, const QString &sql)
 {
+    beforeWrite(h);
     QSqlQuery q(h.sql());
     const bool done = q.exec(sql);
     ++*h.changes;  // a failed statement may have changed rows before it failed
@@ -350,7 +402,6 @@ Database OpenDatabase(const QString &path)
         throw VbError(number == 3260 ? 3051 : 3343);
     }
     probe = QSqlQuery();
-    setJournal(*db.h_);
     return db;
 }
 
@@ -361,7 +412,6 @@ Database CreateDatabase(const QString &path, const QString &)
     Database db;
     db.h_ = connect(path);
     run(*db.h_, QStringLiteral("pragma application_id = %1").arg(kApplicationId));
-    setJournal(*db.h_);
     return db;
 }
 

@@ -96,10 +96,53 @@ public:
 
 RealDialogs realDialogs;
 Dialogs *current = &realDialogs;
+int boxesUp = 0;
+
+// Every box, real or scripted, is counted while it is up.
+class CountedDialogs : public Dialogs {
+public:
+    Answer message(const QString &title, const QString &text, Buttons buttons) override
+    {
+        const Up up;
+        return current->message(title, text, buttons);
+    }
+    std::optional<QString> input(const QString &title, const QString &prompt, const QString &start) override
+    {
+        const Up up;
+        return current->input(title, prompt, start);
+    }
+    std::optional<QString> openFile(const QString &title, const QString &filter, const QString &dir) override
+    {
+        const Up up;
+        return current->openFile(title, filter, dir);
+    }
+    std::optional<QString> saveFile(const QString &title, const QString &filter, const QString &dir) override
+    {
+        const Up up;
+        return current->saveFile(title, filter, dir);
+    }
+    bool printerSetup() override
+    {
+        const Up up;
+        return current->printerSetup();
+    }
+
+private:
+    struct Up {
+        Up() { ++boxesUp; }
+        ~Up() { --boxesUp; }
+        Up(const Up &) = delete;
+        Up &operator=(const Up &) = delete;
+    };
+};
+
+CountedDialogs countedDialogs;
 
 }  // namespace
 
-Dialogs &dialogs() { return *current; }
+Dialogs &dialogs() { return countedDialogs; }
+
+bool boxShowing() { return boxesUp > 0; }
 
 void setDialogs(Dialogs *replacement) { current = replacement ? replacement : &realDialogs; }
 

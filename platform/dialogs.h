@@ -38,6 +38,10 @@ public:
 Dialogs &dialogs();
 void setDialogs(Dialogs *replacement);  // nullptr restores the real boxes
 
+// True while a box shown through dialogs() is up. A box runs an event loop of its own in which
+// the main window's timers still fire; their work must wait until the box is answered.
+bool boxShowing();
+
 // Answers come from queues; an empty queue answers Ok / cancel. Every box is recorded.
 class ScriptedDialogs : public Dialogs {
 public:

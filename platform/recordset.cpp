@@ -168,6 +168,7 @@ void writeRow(RecordsetState &s)
             values.push_back(s.buffer[i]);
         }
     }
+    beforeWrite(*s.db);
     QSqlQuery q(s.db->sql());
     if (s.mode == EditMode::AddNew) {
         QString sql;
@@ -384,6 +385,7 @@ void Recordset::Delete()
         throw VbError(kReadOnly);
     currentRow(s);
     Row &row = s.rows[size_t(s.pos)];
+    beforeWrite(*s.db);
     QSqlQuery q(s.db->sql());
     q.prepare(QStringLiteral("delete from %1 where _rowid_ = ?").arg(quoted(s.table)));
     q.addBindValue(row.rowid);

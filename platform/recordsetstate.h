@@ -18,6 +18,9 @@ struct DatabaseHandle {
     // Counts the writes to the file through any handle of this program, so that a dynaset can
     // tell that rows it read may have been changed by another recordset or statement since.
     quint64 *changes = nullptr;
+    // The journal is set up at the first write through this handle: a file only read or checked
+    // is never changed.
+    mutable bool writing = false;
 
     ~DatabaseHandle();
     QSqlDatabase sql() const { return QSqlDatabase::database(connection, false); }
@@ -77,5 +80,7 @@ int errorNumber(const QSqlError &error);
 QString quoted(const QString &name);
 // The count of writes to the file at path (its canonical name), shared by all its handles.
 quint64 *changesOf(const QString &path);
+// Called before every statement that may write through h.
+void beforeWrite(const DatabaseHandle &h);
 
 }  // namespace kw::detail

@@ -5,6 +5,11 @@
 
 #include <QLoggingCategory>
 #include <QSerialPort>
+#include <QThread>
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <termios.h>
 
 Q_LOGGING_CATEGORY(lcLine, "kw.line", QtWarningMsg)
 
@@ -57,7 +62,13 @@ void applySettings(QSerialPort &port, const LineSettings &s)
 
 }  // namespace
 
-SerialControl::SerialControl() : port_(std::make_unique<QSerialPort>()) {}
+SerialControl::SerialControl() : port_(std::make_unique<QSerialPort>())
+{
+    // A device can fail while no routine is at work (the event loop meets it first); it is let go
+    // after the port's own handler has returned, never inside it.
+    QObject::connect(port_.get(), &QSerialPort::errorOccurred, port_.get(), [this] { checkDevice(); },
+                     Qt::QueuedConnection);
+}
 
 SerialControl::~SerialControl() = default;
 
@@ -72,20 +83,21 @@ void SerialControl::setSettings(const QString &settings)
 {
     const LineSettings s = parseSettings(settings);
     settings_ = settings;
-    if (portOpen())
+    if (port_->isOpen())
         applySettings(*port_, s);
 }
 
-bool SerialControl::portOpen() const { return port_->isOpen(); }
+bool SerialControl::portOpen() const { return failed_ || port_->isOpen(); }
 
 void SerialControl::setPortOpen(bool open)
 {
     if (!open) {
+        failed_ = false;
         if (port_->isOpen())
             port_->close();
         return;
     }
-    if (port_->isOpen())
+    if (portOpen())
         throw VbError(8005);
     port_->setPortName(comPortDevice(commPort_));
     if (!port_->open(QIODevice::ReadWrite)) {
@@ -103,6 +115,7 @@ int SerialControl::inBufferCount()
     // What the line has delivered counts, not only what an earlier look took in: a wait for
     // several bytes must see them arrive while some are already buffered.
     port_->waitForReadyRead(0);
+    checkDevice();
     return static_cast<int>(port_->bytesAvailable());
 }
 
@@ -124,8 +137,10 @@ QByteArray SerialControl::input()
 {
     if (!port_->isOpen())
         return {};
-    if (port_->bytesAvailable() == 0)
+    if (port_->bytesAvailable() == 0) {
         port_->waitForReadyRead(0);
+        checkDevice();
+    }
     const QByteArray bytes = port_->read(inputLen_ > 0 ? inputLen_ : port_->bytesAvailable());
     qCDebug(lcLine) << "<" << bytes.toHex(' ');
     return bytes;
@@ -133,21 +148,57 @@ QByteArray SerialControl::input()
 
 void SerialControl::output(const QByteArray &bytes)
 {
-    if (!port_->isOpen())
+    if (!portOpen())
         throw VbError(8018);  // operation valid only when the port is open
     qCDebug(lcLine) << ">" << bytes.toHex(' ');
+    if (failed_)
+        return;  // lost on a dead line, as on a cut cable
     port_->write(bytes);
     // The bytes go to the line now; a pty or UART takes a few bytes at once without blocking.
-    while (port_->bytesToWrite() > 0)
+    while (port_->isOpen() && port_->bytesToWrite() > 0)
         if (!port_->waitForBytesWritten(1000))
             break;
+    checkDevice();
 }
 
 void SerialControl::waitForInput(int sliceMs)
 {
+    // A failed device answers every look at once; the wait must still take its time, or a wait
+    // for the time-out would spin.
+    if (failed_) {
+        QThread::msleep(static_cast<unsigned long>(std::max(sliceMs, 0)));
+        return;
+    }
     if (!port_->isOpen())
         return;
     port_->waitForReadyRead(sliceMs);
+    checkDevice();
+}
+
+void SerialControl::checkDevice()
+{
+    if (failed_ || !port_->isOpen())
+        return;
+    const QSerialPort::SerialPortError error = port_->error();
+    if (error == QSerialPort::NoError || error == QSerialPort::TimeoutError)
+        return;
+    // A device that has hung up is not always told as such: its reads may just find nothing
+    // (a read error). What has gone answers no question about its line, a working one does.
+    QString reason = port_->errorString();
+    if (error != QSerialPort::ResourceError) {
+        termios line{};
+        if (::tcgetattr(static_cast<int>(port_->handle()), &line) == 0) {
+            port_->clearError();
+            return;
+        }
+        reason = QString::fromLocal8Bit(std::strerror(errno));
+    }
+    qCWarning(lcLine) << "device failed:" << port_->portName() << reason;
+    // Unsent bytes would be retried for ever against a device that is not there, and a watched
+    // device that has hung up reports itself ready again and again: let go of both.
+    port_->clear();
+    port_->close();
+    failed_ = true;
 }
 
 QString SerialControl::deviceName() const { return comPortDevice(commPort_); }

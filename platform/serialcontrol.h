@@ -41,10 +41,18 @@ public:
     // Every byte that passes, when the debug category is on.
     QString deviceName() const;
 
+    // The device went away under the open port (a pulled adapter, an ended simulator).
+    bool deviceFailed() const { return failed_; }
+
 private:
+    // Called when the port reports an error: a device that has failed is let go at once.
+    void checkDevice();
     int commPort_ = 1;
     QString settings_ = QStringLiteral("9600,N,8,1");
     int inputLen_ = 0;
+    // The port stays open for the routines (the next connection closes and reopens it), but
+    // nothing is sent, received or watched any more: sends are dropped, waits sleep.
+    bool failed_ = false;
     std::unique_ptr<QSerialPort> port_;
 };
 

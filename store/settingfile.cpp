@@ -6,7 +6,6 @@
 #include "shell/uihooks.h"
 
 #include <QFile>
-#include <QSaveFile>
 #include <QtEndian>
 #include <array>
 
@@ -127,25 +126,19 @@ void writeSettingFile()
         uiHooks().storeFormPositions();
 
     const auto failedBox = [] { dialogs().message(QString(), QString()); };
+    // Written in place, so the file keeps its owner and mode, and one that may not be written
+    // stays as it is. Only the record is touched: a longer tail stays behind it unread. The
+    // record goes out in one write at the start of the file, which a kill of the program
+    // cannot cut in half.
     QFile file(settingPath());
-    if (!file.open(QIODevice::ReadWrite)) {
+    if (!file.open(QIODevice::ReadWrite | QIODevice::Unbuffered)) {
         failedBox();
         return;
     }
-    // The record replaces the first 197 bytes and leaves any longer tail. The whole file goes
-    // through a new copy that takes the old one's place in one step, so that a crash leaves
-    // either the old or the new record, never half of one.
-    QByteArray contents = file.readAll();
-    file.close();
     const QByteArray record = encodeSettingRecord();
-    if (contents.size() < record.size())
-        contents.resize(record.size());
-    std::copy(record.begin(), record.end(), contents.begin());
-    QSaveFile out(settingPath());
-    // A directory that takes no new file still lets the file itself be written in place.
-    out.setDirectWriteFallback(true);
-    if (!out.open(QIODevice::WriteOnly) || out.write(contents) != contents.size() || !out.commit())
+    if (!file.seek(0) || file.write(record) != record.size())
         failedBox();
+    file.close();
 }
 
 }  // namespace kw

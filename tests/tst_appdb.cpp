@@ -10,6 +10,7 @@
 #include "support/testfiles.h"
 
 #include <QAction>
+#include <QDir>
 #include <QtTest>
 #include <cmath>
 
@@ -234,6 +235,48 @@ private slots:
         QCOMPARE(st.databasefile, dir.file("default.mdb"));
         QCOMPARE(st.db.Name(), dir.file("default.mdb"));
         QCOMPARE(st.dbversion, 1.1f);
+    }
+
+    // Opening and checking a file leaves it and its folder as they were, also a file that is
+    // refused or may not be written. A file that is written is on the write-ahead log while
+    // open, so a crash loses nothing written, and is one plain file again once closed.
+    void onlyAWrittenFileChanges()
+    {
+        test::TempProgramDir dir;
+        const QString old = databaseWithVersions(dir, "old.mdb", {0.9});
+        const QString bare = dir.file("bare.mdb");
+        CreateDatabase(bare).Close();
+        const QString delivered = dir.file("default.mdb");
+        QVERIFY(QFile::setPermissions(delivered, QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther));
+        const QStringList files = QDir(dir.path()).entryList(QDir::Files);
+        QCOMPARE(files, (QStringList{"bare.mdb", "default.mdb", "old.mdb"}));
+        QList<QByteArray> contents;
+        for (const QString &f : files) {
+            // As files made elsewhere usually are: on the rollback journal, with no log beside them.
+            QFile file(dir.file(f));
+            QVERIFY(file.open(QIODevice::ReadWrite) && file.seek(18) && file.write("\1\1", 2) == 2);
+            file.close();
+            contents << readFile(dir.file(f));
+        }
+
+        st.databasefile = delivered;
+        openApplicationDatabase();
+        boxes_.files.push_back(bare);
+        selectDatabase();
+        boxes_.files.push_back(old);
+        selectDatabase();
+        QCOMPARE(boxes_.count(QStringLiteral("Init Database")), 2);
+        closeApplicationDatabase();
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files), files);
+        for (qsizetype i = 0; i < files.size(); ++i)
+            QVERIFY2(readFile(dir.file(files[i])) == contents[i], qPrintable(files[i]));
+
+        Database db = OpenDatabase(old);
+        db.Execute(QStringLiteral("insert into version values (1.1)"));
+        QVERIFY(QFileInfo::exists(old + "-wal"));
+        db.Close();
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files), files);
+        QCOMPARE(int(readFile(old).at(18)), 1);  // the rollback journal's mark in the header
     }
 
     void choiceWithoutAnOpenDatabase()

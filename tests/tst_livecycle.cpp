@@ -16,9 +16,37 @@
 #include <QPushButton>
 #include <QTimer>
 #include <QtTest>
+#include <algorithm>
+#include <functional>
 
 using namespace kw;
 using kwtest::RecordingPlot;
+
+namespace {
+
+// A real box runs an event loop of its own, in which the timers go on firing. This one lets the
+// event loop run behind the first box for as long as whileUp takes; a box inside it is answered
+// at once.
+class ModalDialogs : public ScriptedDialogs {
+public:
+    std::function<void()> whileUp;
+    int mostUpAtOnce = 0;
+
+    Answer message(const QString &title, const QString &text, Buttons buttons) override
+    {
+        const Answer answer = ScriptedDialogs::message(title, text, buttons);
+        mostUpAtOnce = std::max(mostUpAtOnce, ++up_);
+        if (up_ == 1 && whileUp)
+            whileUp();
+        --up_;
+        return answer;
+    }
+
+private:
+    int up_ = 0;
+};
+
+}  // namespace
 
 class TestLiveCycle : public QObject {
     Q_OBJECT
@@ -89,6 +117,39 @@ private slots:
         QVERIFY(!box->isChecked());
         QCOMPARE(st.ckauto, uint8_t(0));
         QCOMPARE(st.liveread, uint8_t(0));
+    }
+
+    // Behind a box Timer1 reads nothing: a click of Read that meets a vanished analyser while
+    // Auto runs is told without a second box on top of it. Timer2 keeps its step for after the box.
+    void aBoxHoldsTheTimers()
+    {
+        SimBench bench;
+        ModalDialogs boxes;
+        setDialogs(&boxes);
+        Mdi window;
+        loadMain(window);
+        window.findChild<QTimer *>(QStringLiteral("Timer1"))->setInterval(20);
+        window.toolPanel()->ckauto()->click();
+        QCOMPARE(st.liveread, uint8_t(1));
+        int steps = 0;
+        int stepsBehindABox = 0;
+        liveHooks().emcStage = [&steps] { ++steps; };
+        boxes.whileUp = [&] {
+            liveHooks().timer2Enabled(true);
+            const int before = steps;
+            QTest::qWait(300);
+            stepsBehindABox += steps - before;
+        };
+        bench.sim().stop();
+        st.serialtimeout = 0;  // a read behind the box would fail at once
+        window.toolPanel()->findChild<QPushButton *>(QStringLiteral("Command2"))->click();
+        QVERIFY(boxes.count(QStringLiteral("Serial - Error")) >= 1);
+        QCOMPARE(boxes.mostUpAtOnce, 1);
+        QCOMPARE(stepsBehindABox, 0);
+        QCOMPARE(st.liveread, uint8_t(0));
+        QTRY_COMPARE(steps, 1);
+        liveHooks().emcStage = nullptr;
+        setDialogs(nullptr);
     }
 
     void readShowsTheSpectrumAsTheGreenSampleTrace()

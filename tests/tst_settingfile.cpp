@@ -12,6 +12,8 @@
 #include <QDir>
 #include <QtEndian>
 #include <QtTest>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace kw;
 using kwtest::boxesOf;
@@ -164,6 +166,51 @@ private slots:
         written = readFile(dir.file("setting.def"));
         QCOMPARE(qFromLittleEndian<int16_t>(written.constData() + 6), int16_t(0));
         QCOMPARE(qFromLittleEndian<int16_t>(written.constData() + 8), int16_t(pixelsToTwipsX(sub->x())));
+    }
+
+    // The record is written into the file as it stands: same file, owner and mode, so a file
+    // the operator made read-only stays so and another user's file stays theirs. A tail far
+    // larger than memory is neither read nor lost.
+    void writtenInPlaceAndOnlyTheRecord()
+    {
+        test::TempProgramDir dir(false);
+        const QString path = dir.file("setting.def");
+        QVERIFY(kwtest::writeFile(path, sampleRecord("/old.mdb") + "tail"));
+        constexpr qint64 kHuge = qint64(1) << 40;  // sparse: costs no disk
+        QVERIFY(QFile::resize(path, kHuge));
+        QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther));
+        const bool root = ::geteuid() == 0;
+        if (root)
+            QCOMPARE(::chown(QFile::encodeName(path).constData(), 4321, 4322), 0);
+        struct stat before {};
+        QCOMPARE(::stat(QFile::encodeName(path).constData(), &before), 0);
+
+        readSettingFile();
+        if (!root) {
+            // Opening for writing is refused: the box of a bad file, and nothing written.
+            QCOMPARE(boxesOf(boxes_), QStringList{"Load default settings|Generate new default settings"});
+            boxes_.shown.clear();
+            writeSettingFile();
+            QCOMPARE(boxesOf(boxes_), QStringList{"|"});
+            QCOMPARE(readFile(path).left(kSettingFileSize), sampleRecord("/old.mdb"));
+            return;
+        }
+        QVERIFY(boxes_.shown.empty());
+        QCOMPARE(st.databasefile, QStringLiteral("/old.mdb"));
+        st.databasefile = QStringLiteral("/new.mdb");
+        writeSettingFile();
+        QVERIFY(boxes_.shown.empty());
+
+        struct stat after {};
+        QCOMPARE(::stat(QFile::encodeName(path).constData(), &after), 0);
+        QCOMPARE(after.st_ino, before.st_ino);
+        QCOMPARE(after.st_mode, before.st_mode);
+        QCOMPARE(after.st_uid, before.st_uid);
+        QCOMPARE(after.st_gid, before.st_gid);
+        QCOMPARE(qint64(after.st_size), kHuge);
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.read(kSettingFileSize + 4), sampleRecord("/new.mdb") + "tail");
     }
 
     void failedWriteShowsTheEmptyBox()

@@ -7,9 +7,32 @@
 #include "shell/state.h"
 #include "support/simfixture.h"
 
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QTimer>
+#include <QThread>
 #include <QtTest>
+#include <ctime>
 
 using namespace kw;
+
+namespace {
+double threadCpuSeconds()
+{
+    timespec t{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t);
+    return double(t.tv_sec) + double(t.tv_nsec) * 1e-9;
+}
+
+// The program's own event loop, as between two clicks (a test's wait would sleep in between
+// and hide a busy loop).
+void runEventLoop(int ms)
+{
+    QEventLoop loop;
+    QTimer::singleShot(ms, Qt::PreciseTimer, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+}  // namespace
 
 struct LineFaultsCase { int fault; QString command; int times; int sendretry; QStringList log; QStringList boxes; };
 
@@ -98,6 +121,45 @@ private slots:
         QCOMPARE(st.rdretry, uint8_t(1));
         QCOMPARE(st.reply, QStringLiteral("before"));
         QVERIFY(bench.shown().isEmpty());
+    }
+
+    // An analyser that vanishes under the open port (the adapter pulled, the far end gone) costs
+    // no CPU: what cannot be sent is dropped, a wait ends by its time-out asleep, and nothing is
+    // retried behind the program's back. The port stays open for the routines until the next
+    // connection, which finds the analyser again once it is back.
+    void aVanishedAnalyserIsLetGo()
+    {
+        SimBench bench;
+        QVERIFY(bench.connect());
+        bench.sim().stop();
+        // Idle first, once the line has settled into its hung-up state, in which reads find
+        // nothing rather than an error.
+        QThread::msleep(100);
+        double cpuBefore = threadCpuSeconds();
+        runEventLoop(500);
+        const double idleCpu = threadCpuSeconds() - cpuBefore;
+        QVERIFY2(idleCpu < 0.05 * 0.5, qPrintable(QStringLiteral("idle: %1 s CPU in 0.5 s").arg(idleCpu)));
+        QVERIFY(comm1().portOpen());
+
+        QElapsedTimer wall;
+        wall.start();
+        setTimerSource([wall] { return float(wall.elapsed()) / 1000.0f; });
+        st.serialtimeout = 1;
+        cpuBefore = threadCpuSeconds();
+        st.command = QStringLiteral("#KT");
+        querycommand();
+        QCOMPARE(bench.shown(), QStringList{"Serial - Error| Data send error ( #KT )"});
+        QVERIFY(wall.elapsed() >= 2000);  // two attempts, each to its time-out
+        runEventLoop(300);
+        const double cpu = threadCpuSeconds() - cpuBefore;
+        const double seconds = double(wall.elapsed()) / 1000.0;
+        QVERIFY2(cpu < 0.05 * seconds, qPrintable(QStringLiteral("%1 s CPU in %2 s").arg(cpu).arg(seconds)));
+        QVERIFY(comm1().portOpen());
+
+        bench.replug();
+        connectunit();
+        QCOMPARE(st.portopen, int16_t(1));
+        QCOMPARE(st.unitfound, uint8_t(1));
     }
 
     void theTimeOutIsStrict()

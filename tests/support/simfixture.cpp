@@ -90,4 +90,11 @@ void SimBench::restart(const kt::Options &options)
     wire();
 }
 
+void SimBench::replug(const kt::Options &options)
+{
+    server_->stop();
+    server_ = std::make_unique<kt::PtyServer>(options);
+    wire();
+}
+
 }  // namespace kw

@@ -25,6 +25,9 @@ public:
     QStringList shown() const;
     // Replaces the analyser behind the line (a new pty on the same Com2), e.g. with faults.
     void restart(const kt::Options &options);
+    // A new analyser behind Com2 while the program still holds the port to the old one, as when
+    // an adapter is plugged in again.
+    void replug(const kt::Options &options = {});
     QString dir() const { return dir_.path(); }
 
 private:
