@@ -1,6 +1,7 @@
 #include "shell/startup.h"
 
 #include "live/cycle.h"
+#include "live/livepanel.h"
 #include "live/timers.h"
 #include "live/toolbar.h"
 #include "platform/progdir.h"
@@ -37,7 +38,11 @@ void loadMain(Mdi &window)
 
     showGrafik(window);
     // Before setting.def is written each form puts its placement into formpos.
-    uiHooks().storeFormPositions = [&window] { storeGrafikPlacement(window); };
+    uiHooks().storeFormPositions = [&window] {
+        storeGrafikPlacement(window);
+        storePanelPlacements();
+    };
+    connectPanelMenu(window);
 
     // The forms of the mode: emc in EMC mode, measur, track and detec in normal mode, in that
     // order.

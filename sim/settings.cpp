@@ -115,7 +115,7 @@ std::optional<QByteArray> SettingsModel::set(const QString &tag, const QString &
             s.triggerlevel = std::clamp(round1(v), -80.0, 20.0);
     }
     else if (tag == QLatin1String("sv") || tag == QLatin1String("rc")) {
-        const size_t slot = static_cast<size_t>(std::clamp(static_cast<int>(v), 1, 10));
+        const size_t slot = static_cast<size_t>(std::clamp(static_cast<int>(v), 0, 9));
         if (tag == QLatin1String("sv")) {
             memories_[slot] = s;
         } else {

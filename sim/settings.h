@@ -54,7 +54,7 @@ private:
 
     bool trackingGenerator_;
     Settings settings_;
-    std::array<Settings, 11> memories_{};  // "#sv"/"#rc" 1..10
+    std::array<Settings, 10> memories_{};  // "#sv"/"#rc" 0..9
 };
 
 }  // namespace kt

@@ -76,7 +76,9 @@ Levels measure(const SimSettings &s, const SimScene &scene, double t, std::mt199
         const double ti = zero ? t + (i - 1) * kZeroSpanStep : t + (i - 1) * dwell;
         const double hump = scene.dutOn ? broadbandMw(f, s.bandwith, scene) : 0.0;
         const double preamp = scene.preamp ? preampNoiseMw(f, s.bandwith) : 0.0;
-        const double mw = carriersMw(scene, f, halfbin, s.bandwith, ti, dwell) +
+        // The tracking generator's output, looped to the input, stands as a flat line at its level.
+        const double generator = s.tgon ? dbToMw(s.tglevel) : 0.0;
+        const double mw = carriersMw(scene, f, halfbin, s.bandwith, ti, dwell) + generator +
                           (noise + preamp + hump) * noiseDraw(rng, s.videofilter != 0);
         out[i - 1] = 10.0 * std::log10(std::max(mw, 1e-30));
     }

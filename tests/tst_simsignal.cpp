@@ -1,5 +1,6 @@
 #include "levels/levelcount.h"
 #include "sim/sampleblock.h"
+#include "sim/settings.h"
 #include "sim/signal.h"
 
 #include <QtTest>
@@ -153,6 +154,48 @@ private slots:
         s.shown = 2;
         const QByteArray diff = signal.traceBytes(s, 1);
         QVERIFY(qAbs(median(diff) - 227) <= 6);  // A and B agree: the reference line
+    }
+
+    // The generator's output stands as a flat line at its level over the bench; a 3400 has none.
+    void trackingGeneratorLine()
+    {
+        SimSignal signal;
+        SimSettings s = around(500, 1000, 400);
+        s.attenuator = 10;
+        s.reflevel = -30;
+        s.tgon = 1;
+        s.tglevel = -40;
+        const QByteArray on = signal.traceBytes(s, 0);
+        QVERIFY(qAbs(byteToDbm(uint8_t(median(on)), s) - -40) <= 1.0);
+        s.tgon = 0;
+        QVERIFY(byteToDbm(uint8_t(median(signal.traceBytes(s, 0))), s) < -60);
+
+        SettingsModel model3400(false);
+        QVERIFY(!model3400.handle(QStringLiteral("#tg1")));
+        QCOMPARE(model3400.settings().tgon, 0);
+    }
+
+    // Memories 0 to 9 are ten places; a recall brings back what was saved, the counters stay.
+    void memoriesSaveAndRecall()
+    {
+        SettingsModel model(true);
+        Settings &s = model.settings();
+        model.handle(QStringLiteral("#sp100"));
+        model.handle(QStringLiteral("#sv0"));
+        model.handle(QStringLiteral("#sp5"));
+        model.handle(QStringLiteral("#sv9"));
+        model.handle(QStringLiteral("#dm1"));
+        model.handle(QStringLiteral("#sp1000"));
+        QCOMPARE(model.handle(QStringLiteral("#rc0")).value_or(QByteArray()), QByteArray("RD\r"));
+        QCOMPARE(s.span, 100);
+        QCOMPARE(s.calcStarts, 1);
+        model.handle(QStringLiteral("#rc9"));
+        QCOMPARE(s.span, 5);
+        // 9 kHz over 5 MHz is calibrated; over 100 MHz it is not.
+        QCOMPARE(model.handle(QStringLiteral("#bw9")).value_or(QByteArray()), QByteArray("RD\r"));
+        QCOMPARE(model.handle(QStringLiteral("#uc")).value_or(QByteArray()), QByteArray("uc0\r"));
+        model.handle(QStringLiteral("#sp100"));
+        QCOMPARE(model.handle(QStringLiteral("#uc")).value_or(QByteArray()), QByteArray("uc1\r"));
     }
 };
 

@@ -1,0 +1,375 @@
+// The three live panels against the simulator over a real pty: what each control sends, the texts
+// the number boxes leave, the clamps, the restarts of the calculation and the analyser's memories.
+#include "link/commands.h"
+#include "platform/beep.h"
+#include "platform/dbcombo.h"
+#include "platform/vbformat.h"
+#include "shell/forms.h"
+#include "shell/mdi.h"
+#include "shell/startup.h"
+#include "shell/state.h"
+#include "support/simfixture.h"
+
+#include <QAbstractButton>
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QtTest>
+
+using namespace kw;
+
+namespace {
+
+// The panels of a started program, with the delivered database beside it.
+struct Program {
+    explicit Program(SimBench &bench)
+    {
+        QFile::copy(qEnvironmentVariable("KW_DEFAULT_MDB"), bench.dir() + QStringLiteral("/default.mdb"));
+        loadMain(window);
+    }
+    Mdi window;
+};
+
+QWidget *formOf(const char *name) { return loadedForm(QString::fromLatin1(name)); }
+
+QAbstractButton *option(const char *form, const char *array, int index)
+{
+    return formOf(form)->findChild<QButtonGroup *>(QString::fromLatin1(array))->button(index);
+}
+
+void typeInto(QWidget *box, const QString &text)
+{
+    auto *edit = qobject_cast<QLineEdit *>(box);
+    if (edit)
+        edit->clear();
+    QTest::keyClicks(box, text);
+    QTest::keyClick(box, Qt::Key_Return);
+}
+
+}  // namespace
+
+class TestLivePanels : public QObject {
+    Q_OBJECT
+private slots:
+    void cleanup() { setNumberLocale(NumberLocale::enUS()); }
+
+    void startupShowsThePanelsInNormalMode()
+    {
+        SimBench bench;
+        Program program(bench);
+        for (const char *name : {"measur", "track", "detec"})
+            QVERIFY2(formLoaded(QString::fromLatin1(name)), name);
+        QCOMPARE(formOf("measur")->windowTitle(), QStringLiteral("Measurement"));
+        QCOMPARE(formOf("detec")->windowTitle(), QStringLiteral("Display Mode"));
+        QCOMPARE(formOf("track")->windowTitle(), QStringLiteral("Tracking generator"));
+        // The units and configurations come from the database.
+        auto *units = formOf("measur")->findChild<DBCombo *>(QStringLiteral("DBCombo1"));
+        QVERIFY(units->count() >= 9);
+        QCOMPARE(units->Text(), QStringLiteral("dBmW"));
+        QVERIFY(bench.log().isEmpty());  // no traffic at start
+
+        // Closed from the menu's reach and shown again by it.
+        unloadForm(QStringLiteral("detec"));
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(!formLoaded(QStringLiteral("detec")));
+        program.window.menuEntry(QStringLiteral("Detectors"))->trigger();
+        QVERIFY(formLoaded(QStringLiteral("detec")));
+    }
+
+    // Text1 and Text2: the clamps, the texts they leave in both decimal marks, the wire texts.
+    void numberBoxesClampAndFormat_data()
+    {
+        QTest::addColumn<bool>("comma");
+        QTest::newRow("decimal point") << false;
+        QTest::newRow("decimal comma") << true;
+    }
+    void numberBoxesClampAndFormat()
+    {
+        QFETCH(bool, comma);
+        SimBench bench;
+        Program program(bench);
+        if (comma) {
+            setNumberLocale(NumberLocale::deDE());
+            st.decimalchar = 44;
+        }
+        QVERIFY(bench.connect());
+        auto *text1 = formOf("measur")->findChild<QLineEdit *>(QStringLiteral("Text1"));
+        auto *text2 = formOf("measur")->findChild<QLineEdit *>(QStringLiteral("Text2"));
+
+        typeInto(text1, QStringLiteral("10k60.0"));  // the k is dropped, the point becomes the mark
+        QCOMPARE(st.centerfreq, 1050.0f);
+        QCOMPARE(text1->text(), comma ? QStringLiteral("1050,00") : QStringLiteral("1050.00"));
+        typeInto(text1, QStringLiteral("123,25"));
+        QCOMPARE(st.centerfreq, 123.25f);
+        typeInto(text1, QStringLiteral("-5"));
+        QCOMPARE(text1->text(), comma ? QStringLiteral("0,00") : QStringLiteral("0.00"));
+        QStringList log = bench.log();
+        QCOMPARE(log.filter(QStringLiteral("#cf")),
+                 QStringList({QStringLiteral("#cf1050.000"), QStringLiteral("#cf0123.250"), QStringLiteral("#cf0000.000")}));
+
+        st.attenuator = 10;
+        st.unitoffset = 0;
+        const int beeps = beepCount();
+        bench.clearLog();
+        typeInto(text2, QStringLiteral("-10"));
+        QCOMPARE(st.reflevel, -27.0f);
+        QCOMPARE(text2->text(), QStringLiteral("-17") + QChar(st.decimalchar) + QStringLiteral("0"));
+        QVERIFY(bench.log().contains(QStringLiteral("#rl-27.0")));
+        typeInto(text2, QStringLiteral("-150"));
+        QCOMPARE(st.reflevel, -99.8f);
+        QCOMPARE(text2->text(), QStringLiteral("-89") + QChar(st.decimalchar) + QStringLiteral("8"));
+        QCOMPARE(beepCount(), beeps + 2);
+
+        // No number: the level stays and the box shows it again.
+        typeInto(text2, QStringLiteral("-"));
+        QCOMPARE(st.reflevel, -99.8f);
+        QCOMPARE(text2->text(), QStringLiteral("-89") + QChar(st.decimalchar) + QStringLiteral("8"));
+    }
+
+    // Under calculation every control but Check1 restarts it with "#dm1".
+    void everyControlButCorrectionRestartsTheCalculation()
+    {
+        SimBench bench;
+        Program program(bench);
+        QVERIFY(bench.connect());
+        st.calc = 1;
+        QWidget *measur = formOf("measur");
+        const auto restarts = [&](const std::function<void()> &act) {
+            bench.clearLog();
+            act();
+            return bench.log().count(QStringLiteral("#dm1"));
+        };
+        QCOMPARE(restarts([] { option("measur", "ospan", 3)->click(); }), 1);
+        QCOMPARE(st.span, int16_t(100));
+        QCOMPARE(restarts([] { option("measur", "obw", 1)->click(); }), 1);
+        QCOMPARE(st.bandwith, int16_t(120));
+        QCOMPARE(restarts([] { option("measur", "oatt", 2)->click(); }), 1);
+        QCOMPARE(st.attenuator, 20.0f);
+        QCOMPARE(restarts([&] { measur->findChild<QCheckBox *>(QStringLiteral("CVideo"))->click(); }), 1);
+        QCOMPARE(st.videofilter, uint8_t(1));
+        QCOMPARE(restarts([&] { measur->findChild<QCheckBox *>(QStringLiteral("db"))->click(); }), 1);
+        QCOMPARE(st.dbperdiv, uint8_t(5));
+        QCOMPARE(restarts([&] { typeInto(measur->findChild<QLineEdit *>(QStringLiteral("Text1")), QStringLiteral("200")); }), 1);
+        QCOMPARE(restarts([&] { typeInto(measur->findChild<QLineEdit *>(QStringLiteral("Text2")), QStringLiteral("-20")); }), 1);
+        QCOMPARE(restarts([&] { measur->findChild<QCheckBox *>(QStringLiteral("Check1"))->click(); }), 0);
+        QCOMPARE(st.correctionon, uint8_t(1));
+        QCOMPARE(st.redrawflag, uint8_t(1));
+
+        bench.clearLog();
+        readallsettings();
+        QCOMPARE(st.span, int16_t(100));
+        QCOMPARE(st.bandwith, int16_t(120));
+        QCOMPARE(st.attenuator, 20.0f);
+        QCOMPARE(st.centerfreq, 200.0f);
+        QVERIFY(option("measur", "ospan", 3)->isChecked());
+    }
+
+    // A span that no button has, read back from the analyser, leaves every span button unset.
+    void unknownSpanSetsNoButton()
+    {
+        SimBench bench;
+        Program program(bench);
+        option("measur", "ospan", 6)->click();
+        QVERIFY(option("measur", "ospan", 6)->isChecked());
+        st.span = 3;
+        refreshforms();
+        QCOMPARE(formOf("measur")->findChild<QButtonGroup *>(QStringLiteral("ospan"))->checkedButton(), nullptr);
+        st.span = 0;
+        refreshforms();
+        QVERIFY(option("measur", "ospan", 10)->isChecked());
+    }
+
+    // A unit moves the shown levels; a configuration with an antenna shows its distance.
+    void unitAndConfiguration()
+    {
+        SimBench bench;
+        Program program(bench);
+        QWidget *measur = formOf("measur");
+        auto *units = measur->findChild<DBCombo *>(QStringLiteral("DBCombo1"));
+        st.reflevel = -30;
+        st.attenuator = 10;
+        st.tglevel = -20;
+        units->setText(QStringLiteral(" dBµV "));
+        QTest::keyClick(units, Qt::Key_Return);
+        QCOMPARE(st.unit, QStringLiteral("dBµV"));
+        QCOMPARE(st.unitoffset, 107.0f);
+        QCOMPARE(st.redrawflag, uint8_t(1));
+        QCOMPARE(measur->findChild<QLineEdit *>(QStringLiteral("Text2"))->text(), QStringLiteral("87.0"));
+        QCOMPARE(formOf("track")->findChild<QLabel *>(QStringLiteral("Label4"))->text(), QStringLiteral("dBµV"));
+        QCOMPARE(formOf("track")->findChild<QLineEdit *>(QStringLiteral("Text1"))->text(), QStringLiteral("87.0"));
+        // Typing into the list is refused; an unknown text changes nothing.
+        units->setText(QStringLiteral("furlongs"));
+        QTest::keyClick(units, Qt::Key_Return);
+        QCOMPARE(st.unit, QStringLiteral("dBµV"));
+
+        auto *configs = measur->findChild<DBCombo *>(QStringLiteral("DBCombo2"));
+        QVERIFY(configs->count() >= 1);
+        auto *label3 = measur->findChild<QLabel *>(QStringLiteral("Label3"));
+        QVERIFY(!label3->isVisibleTo(measur));
+        configs->setText(configs->itemText(0));
+        QTest::keyClick(configs, Qt::Key_Return);
+        QCOMPARE(st.configname, configs->itemText(0));
+        QVERIFY(st.configdist > 0);
+        QVERIFY(label3->isVisibleTo(measur));
+        measur->findChild<QCheckBox *>(QStringLiteral("Check1"))->click();
+        QCOMPARE(measur->findChild<QLabel *>(QStringLiteral("Label4"))->text(), vbCStr(st.configdist) + QStringLiteral(" m"));
+
+        configs->setText(QStringLiteral("no such chain"));
+        QTest::keyClick(configs, Qt::Key_Return);
+        QCOMPARE(st.correctionon, uint8_t(0));
+    }
+
+    // A-B and the calculation exclude each other; the analyser's memories and Memory B.
+    void displayModeAndMemories()
+    {
+        SimBench bench;
+        Program program(bench);
+        QVERIFY(bench.connect());
+        QWidget *detec = formOf("detec");
+        auto *check7 = detec->findChild<QCheckBox *>(QStringLiteral("Check7"));
+        QVERIFY(!option("detec", "odet", 3)->isEnabled());
+        QVERIFY(!option("detec", "odet", 4)->isEnabled());
+        QVERIFY(detec->findChild<QCheckBox *>(QStringLiteral("Check2"))->isEnabled());
+
+        check7->click();
+        QCOMPARE(st.calc, uint8_t(1));
+        QCOMPARE(bench.log(), QStringList({QStringLiteral("#dm1"), QStringLiteral("#vm0"), QStringLiteral("#vm")}));
+        QVERIFY(option("detec", "odet", 4)->isEnabled());
+        option("detec", "odet", 4)->click();
+        QCOMPARE(st.vmtrace, uint8_t(3));
+        QCOMPARE(st.viewmaxhold, uint8_t(1));
+        option("detec", "odet", 3)->click();
+        QCOMPARE(st.vmtrace, uint8_t(0));
+
+        bench.clearLog();
+        option("detec", "odet", 2)->click();
+        QStringList log = bench.log();
+        QCOMPARE(log.mid(0, 2), QStringList({QStringLiteral("#dm0"), QStringLiteral("#vm2")}));
+        QVERIFY(log.contains(QStringLiteral("#cf")));  // the settings are read
+        QCOMPARE(st.calc, uint8_t(0));
+        QCOMPARE(st.readmode, uint8_t(2));
+        QCOMPARE(st.viewab, uint8_t(1));
+        QVERIFY(option("detec", "omemb", 2)->isChecked());
+        bench.clearLog();
+        check7->click();
+        QVERIFY(!check7->isChecked());
+        QVERIFY(bench.log().isEmpty());
+
+        // Memories: save the state in 0, change it, recall it.
+        option("detec", "odet", 0)->click();
+        auto *cset = detec->findChild<QComboBox *>(QStringLiteral("cset"));
+        QCOMPARE(cset->count(), 10);
+        const int beeps = beepCount();
+        QTest::keyClick(cset, Qt::Key_5);
+        QCOMPARE(beepCount(), beeps + 1);
+        QCOMPARE(st.memorynumber, uint8_t(1));
+        cset->activated(0);
+        QCOMPARE(st.memorynumber, uint8_t(0));
+        option("measur", "ospan", 3)->click();
+        bench.clearLog();
+        detec->findChild<QPushButton *>(QStringLiteral("Command2"))->click();
+        QCOMPARE(bench.log(), QStringList({QStringLiteral("#sv0")}));
+        option("measur", "ospan", 0)->click();
+        detec->findChild<QPushButton *>(QStringLiteral("Command3"))->click();
+        QCOMPARE(st.span, int16_t(100));
+        QVERIFY(option("measur", "ospan", 3)->isChecked());
+
+        bench.clearLog();
+        detec->findChild<QPushButton *>(QStringLiteral("Command1"))->click();
+        QCOMPARE(bench.log(), QStringList({QStringLiteral("#sa")}));
+        option("detec", "omemb", 1)->click();
+        QCOMPARE(st.viewb, uint8_t(1));
+        QCOMPARE(st.viewab, uint8_t(0));
+    }
+
+    // Recall goes out before the connection is made: offline it reaches nothing.
+    void recallOfflineConnectsAfterwards()
+    {
+        SimBench bench;
+        Program program(bench);
+        formOf("detec")->findChild<QPushButton *>(QStringLiteral("Command3"))->click();
+        QCOMPARE(st.portopen, int16_t(1));
+        const QStringList log = bench.log();
+        QVERIFY(!log.contains(QStringLiteral("#rc1")));
+        QVERIFY(log.contains(QStringLiteral("#cf")));
+    }
+
+    // The average limit's distance takes the place of the max hold limit's when it is shown.
+    void limitDistances()
+    {
+        SimBench bench;
+        Program program(bench);
+        QWidget *detec = formOf("detec");
+        auto *combo1 = detec->findChild<DBCombo *>(QStringLiteral("DBCombo1"));
+        auto *combo2 = detec->findChild<DBCombo *>(QStringLiteral("DBCombo2"));
+        QCOMPARE(combo1->Text(), QStringLiteral("Not set"));
+        combo1->setText(QStringLiteral("CISPR 32 Class B radiated 10 m"));
+        QTest::keyClick(combo1, Qt::Key_Return);
+        combo2->setText(QStringLiteral("CISPR 32 Class B radiated 3 m"));
+        QTest::keyClick(combo2, Qt::Key_Return);
+        QCOMPARE(st.limitnrmax, 7);
+        QCOMPARE(st.limitnrave, 8);
+        auto *check5 = detec->findChild<QCheckBox *>(QStringLiteral("Check5"));
+        auto *check6 = detec->findChild<QCheckBox *>(QStringLiteral("Check6"));
+        check5->click();
+        QCOMPARE(st.viewlimitmax, uint8_t(1));
+        QCOMPARE(st.lmaxdist, 10.0f);
+        QCOMPARE(st.maxholdname, QStringLiteral("CISPR 32 Class B radiated 10 m"));
+        check6->click();
+        QCOMPARE(st.lmaxdist, 3.0f);
+        check5->click();
+        QCOMPARE(st.lmaxdist, 3.0f);
+        check6->click();
+        QCOMPARE(st.lmaxdist, 0.0f);
+        QCOMPARE(combo2->Text(), QStringLiteral("CISPR 32 Class B radiated 3 m"));
+        QCOMPARE(st.averagename, combo2->Text());
+    }
+
+    // The generator's level in the shown unit, its clamps, and a 3400 that is sent nothing.
+    void trackingGenerator_data()
+    {
+        QTest::addColumn<QString>("model");
+        QTest::newRow("3420") << QStringLiteral("3420");
+        QTest::newRow("3400") << QStringLiteral("3400");
+    }
+    void trackingGenerator()
+    {
+        QFETCH(QString, model);
+        kt::Options options;
+        options.model = model;
+        SimBench bench(options);
+        Program program(bench);
+        QVERIFY(bench.connect());
+        auto *text1 = formOf("track")->findChild<QLineEdit *>(QStringLiteral("Text1"));
+        typeInto(text1, QStringLiteral("-60"));
+        QCOMPARE(st.tglevel, -50.0f);
+        typeInto(text1, QStringLiteral("5"));
+        QCOMPARE(st.tglevel, 1.0f);
+        QCOMPARE(text1->text(), QStringLiteral("1.0"));
+        st.unitoffset = 107;
+        typeInto(text1, QStringLiteral("57"));
+        QCOMPARE(st.tglevel, -50.0f);
+        QCOMPARE(text1->text(), QStringLiteral("57.0"));
+        typeInto(text1, QStringLiteral("87.04"));
+        formOf("track")->findChild<QCheckBox *>(QStringLiteral("ctrack"))->click();
+        QCOMPARE(st.tgon, uint8_t(1));
+        const QStringList sent = bench.log().filter(QRegularExpression(QStringLiteral("^#t[lg]")));
+        if (model == QLatin1String("3400")) {
+            QVERIFY(sent.isEmpty());
+            QCOMPARE(st.tglevel, -19.96f);
+        } else {
+            // The analyser keeps a tenth of a dB; the read-back replaces what was typed.
+            QVERIFY(sent.contains(QStringLiteral("#tl-20.0")));
+            QVERIFY(sent.contains(QStringLiteral("#tg1")));
+            QCOMPARE(st.tglevel, -20.0f);
+            QCOMPARE(text1->text(), QStringLiteral("87.0"));
+        }
+    }
+};
+
+QTEST_MAIN(TestLivePanels)
+#include "tst_livepanels.moc"
