@@ -1,6 +1,7 @@
 // DrawPlot on a 1000 x 700 plot: four live traces of 2001 points, and a measurement file of
 // 97,001 rows read in full and with "Economic" thinning.
 #include "bench/measurementbench.h"
+#include "bench/livetraces.h"
 #include "plot/drawplot.h"
 #include "plot/plotform.h"
 #include "plot/plotsources.h"
@@ -15,7 +16,6 @@
 
 using namespace kw;
 using kwbench::report;
-using kwbench::level;
 using kwbench::makeMeasurementFile;
 
 namespace {
@@ -41,18 +41,7 @@ int main(int argc, char **argv)
     setPlotForm(&plot);
 
     // Live: all four traces shown.
-    st.freqstart = 0.0f;
-    st.freqstop = 1000.0f;
-    st.span = 1000;
-    st.grafikmax = -50;
-    st.grafikmin = -250;
-    st.viewsample = st.viewaverage = st.viewmaxhold = st.viewb = 1;
-    for (int i = 1; i <= 2001; ++i) {
-        st.sampledata[size_t(i)] = level(i, 0);
-        st.averagedata[size_t(i)] = level(i, 1);
-        st.maxholddata[size_t(i)] = level(i, 2);
-        st.memorydata[size_t(i)] = level(i, 3);
-    }
+    kwbench::showFourLiveTraces();
     DrawPlot();
     report("DrawPlot, four live traces of 2001 points", millisecondsPerPass(50), 20);
 

@@ -2,6 +2,7 @@
 // What the drawing benchmarks share: the large measurement file they read (97,001 rows of a
 // spectrum with noise and a few carriers) and the line that prints a figure against its target.
 
+#include "bench/livetraces.h"
 #include "platform/recordset.h"
 
 #include <QStringList>
@@ -16,17 +17,6 @@ using namespace kw;
 inline void report(const char *what, double ms, double target)
 {
     std::printf("%-52s %8.2f ms  (target < %.0f ms)  %s\n", what, ms, target, ms < target ? "ok" : "MISSED");
-}
-
-// A spectrum with noise and a few carriers, in plot units.
-inline int16_t level(int i, int trace)
-{
-    const double noise = std::sin(i * 12.9898 + trace * 78.233) * 43758.5453;
-    const double frac = noise - std::floor(noise);
-    double y = -220 + 20 * frac;
-    if (i % 250 == 0)
-        y = -90 - trace * 5;
-    return int16_t(y);
 }
 
 inline bool makeMeasurementFile(const QString &path, int rows)

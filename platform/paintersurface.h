@@ -49,6 +49,8 @@ protected:
     // Another part of the same device while the painter stays open: the next sheet of a print.
     void moveTarget(const QRectF &target);
     QPainter &painter();
+    // A point in user units on the whole-pixel grid the lines are drawn on.
+    QPoint devicePoint(double x, double y) const;
 
 private:
     void applyPen(int colour);
@@ -91,8 +93,11 @@ public:
     void resize(int width, int height);
     // The picture as it stands (ends the painter first).
     const QImage &image();
+    void line(double x1, double y1, double x2, double y2, int colour) override;
 
 private:
+    bool invertStraightLine(double x1, double y1, double x2, double y2, int colour);
+
     QImage image_;
 };
 

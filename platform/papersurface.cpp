@@ -43,12 +43,6 @@ void PaperSurface::endDoc() { flush(); }
 
 bool PaperSurface::ok() const { return printer_.isValid(); }
 
-QPrinter &reportPrinter()
-{
-    static QPrinter printer(QPrinter::HighResolution);
-    return printer;
-}
-
 void makePdfPrinter(QPrinter &printer, const QString &path)
 {
     printer.setOutputFormat(QPrinter::PdfFormat);

@@ -36,8 +36,6 @@ private:
     bool started_ = false;
 };
 
-// The printer of the reports: the one the printer set-up chose, for the run of the program.
-QPrinter &reportPrinter();
 // A printer that writes a PDF file at the resolution of the paper.
 void makePdfPrinter(QPrinter &printer, const QString &path);
 

@@ -1,8 +1,11 @@
 #include "plot/report.h"
 
+#include "platform/printer.h"
+
 #include "link/connection.h"
 #include "platform/dialogs.h"
 #include "platform/papersurface.h"
+#include "platform/printer.h"
 #include "plot/axes.h"
 #include "plot/drawplot.h"
 #include "plot/grid.h"
@@ -139,7 +142,7 @@ void printReportOn(QPrinter &printer)
     normalpointer();
 }
 
-void PrintReport() { printReportOn(reportPrinter()); }
+void PrintReport() { printReportOn(printer()); }
 
 void printReportToPdf(const QString &path)
 {

@@ -1,5 +1,6 @@
 #include "shell/forms.h"
 
+#include "emc/emcstub.h"
 #include "live/livepanel.h"
 #include "plot/printforms.h"
 #include "editors/editorforms.h"
@@ -12,6 +13,7 @@ void registerAllForms()
     registerLiveForms();
     registerReportForms();
     registerEditorForms();
+    registerEmcStub();
 }
 
 }  // namespace kw
