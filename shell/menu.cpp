@@ -2,6 +2,7 @@
 
 #include "link/connection.h"
 #include "shell/mdi.h"
+#include "shell/measurementmenu.h"
 #include "shell/startup.h"
 #include "shell/state.h"
 #include "store/appdb.h"
@@ -98,6 +99,7 @@ void buildMainMenu(Mdi &window)
     window.menuEntry(QStringLiteral("mnunormal"))->setChecked(true);
 
     onMenu(window, QStringLiteral("mnuseldata"), &mnuseldata);
+    registerMeasurementMenu(window);
     onMenu(window, QStringLiteral("mnuBeenden"), &mnuBeenden);
 }
 
