@@ -1,8 +1,13 @@
 #include "shell/forms.h"
 
+#include "emc/emcforms.h"
+
 namespace kw {
 
 // Each subsystem adds its forms here as they are written.
-void registerAllForms() {}
+void registerAllForms()
+{
+    registerEmcForms();
+}
 
 }  // namespace kw

@@ -1,5 +1,6 @@
 #include "shell/menu.h"
 
+#include "emc/emcforms.h"
 #include "link/connection.h"
 #include "shell/mdi.h"
 #include "shell/measurementmenu.h"
@@ -101,6 +102,7 @@ void buildMainMenu(Mdi &window)
     onMenu(window, QStringLiteral("mnuseldata"), &mnuseldata);
     registerMeasurementMenu(window);
     onMenu(window, QStringLiteral("mnuBeenden"), &mnuBeenden);
+    emcMenu(window);
 }
 
 void onMenu(Mdi &window, const QString &name, void (*command)(Mdi &))

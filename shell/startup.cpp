@@ -6,6 +6,7 @@
 #include "platform/progdir.h"
 #include "plot/grafik.h"
 #include "platform/vbformat.h"
+#include "shell/forms.h"
 #include "shell/mdi.h"
 #include "shell/state.h"
 #include "shell/toolpanel.h"
@@ -52,6 +53,8 @@ void loadMain(Mdi &window)
     if (auto *toolbox = window.toolPanel()->findChild<QPushButton *>(QStringLiteral("Command6")))
         toolbox->setEnabled(!emcMode);
     notifyToolbar();
+    if (emcMode)
+        showForm(QStringLiteral("emc"));
 
     eraseall();
 }
