@@ -1,10 +1,13 @@
 #include "platform/dialogs.h"
 
+#include "platform/printer.h"
+
 #include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QPrintDialog>
 
 namespace kw {
 
@@ -123,6 +126,14 @@ public:
             return std::nullopt;
         return platformFileDialog(request);
     }
+    bool printerSetup() override
+    {
+        if (unattended())
+            return false;
+        QPrintDialog box(&printer(), QApplication::activeWindow());
+        box.setWindowTitle(QStringLiteral("Printer setup"));
+        return box.exec() == QDialog::Accepted;
+    }
 };
 
 RealDialogs realDialogs;
@@ -187,6 +198,16 @@ std::optional<QString> ScriptedDialogs::chooseFile(const FileRequest &request)
     shown.push_back({request.save ? QStringLiteral("save") : QStringLiteral("open"), request.title, request.filter, Buttons::OkCancel});
     fileRequests.push_back(request);
     return takeNext(files);
+}
+
+bool ScriptedDialogs::printerSetup()
+{
+    shown.push_back({QStringLiteral("printer"), QString(), QString(), Buttons::OkCancel});
+    if (answers.empty())
+        return true;
+    const Answer a = answers.front();
+    answers.pop_front();
+    return a != Answer::Cancel;
 }
 
 int ScriptedDialogs::count(const QString &title) const

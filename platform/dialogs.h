@@ -32,7 +32,7 @@ struct FileRequest {
 };
 
 struct ShownBox {
-    QString kind;  // "message", "input", "open", "save"
+    QString kind;  // "message", "input", "open", "save", "printer"
     QString title;
     QString text;
     Buttons buttons = Buttons::Ok;
@@ -50,6 +50,9 @@ public:
     // The file dialog with all its properties; empty optional when cancelled. By default the
     // plain open or save dialog.
     virtual std::optional<QString> chooseFile(const FileRequest &request);
+    // The platform's printer set-up on the program's printer (platform/printer.h); false when
+    // cancelled.
+    virtual bool printerSetup() = 0;
 };
 
 // The dialogs in use; real boxes unless a test installed a scripted set.
@@ -72,6 +75,8 @@ public:
     // Recorded in shown as "open" or "save" with the filter as text, and in fileRequests; answered
     // from files.
     std::optional<QString> chooseFile(const FileRequest &request) override;
+    // Recorded as a box of kind "printer"; answers Ok unless a Cancel is queued.
+    bool printerSetup() override;
 
     int count(const QString &title) const;
 };

@@ -37,6 +37,8 @@ protected:
     // The device and the part of it that is this area.
     void setTarget(QPaintDevice *device, const QRectF &target);
     QPainter &painter();
+    // A point in user units on the whole-pixel grid the lines are drawn on.
+    QPoint devicePoint(double x, double y) const;
 
 private:
     void applyPen(int colour);
@@ -65,8 +67,11 @@ public:
     void resize(int width, int height);
     // The picture as it stands (ends the painter first).
     const QImage &image();
+    void line(double x1, double y1, double x2, double y2, int colour) override;
 
 private:
+    bool invertStraightLine(double x1, double y1, double x2, double y2, int colour);
+
     QImage image_;
 };
 

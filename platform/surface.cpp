@@ -45,6 +45,18 @@ double Surface::toDeviceY(double y) const
     return height_ == 0 ? 0 : tame((y - top_) / height_ * deviceHeight());
 }
 
+double Surface::userX(double deviceX) const
+{
+    const double w = deviceWidth();
+    return w == 0 ? left_ : left_ + deviceX / w * width_;
+}
+
+double Surface::userY(double deviceY) const
+{
+    const double h = deviceHeight();
+    return h == 0 ? top_ : top_ + deviceY / h * height_;
+}
+
 double Surface::fromDeviceDy(double dy) const
 {
     const double h = deviceHeight();

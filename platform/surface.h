@@ -40,6 +40,10 @@ public:
     virtual double deviceWidth() const = 0;
     virtual double deviceHeight() const = 0;
 
+    // A device position (a mouse position, say) in user units.
+    double userX(double deviceX) const;
+    double userY(double deviceY) const;
+
     // Clears the area to its background and puts the current position to the scale's origin.
     virtual void clear() = 0;
     // A line in user units, in a palette colour, with the present width, style and mode.

@@ -1,7 +1,11 @@
 #include "plot/grafik.h"
 
 #include "platform/twips.h"
+#include "plot/cursorbuttons.h"
+#include "plot/cursormouse.h"
+#include "plot/cursors.h"
 #include "plot/grid.h"
+#include "plot/labelfont.h"
 #include "shell/mdi.h"
 #include "shell/state.h"
 #include "shell/uihooks.h"
@@ -10,6 +14,7 @@
 #include <QCloseEvent>
 #include <QLabel>
 #include <QMdiSubWindow>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
 #include <QResizeEvent>
@@ -39,6 +44,29 @@ QRect twips(int left, int top, int width, int height)
                  std::max(1, twipsToPixelsY(height)));
 }
 
+// Picture1 takes the mouse for the cursors: a move over it (hovering too) and the double click.
+class PlotPicture : public PictureBox {
+public:
+    explicit PlotPicture(QWidget *parent) : PictureBox(QStringLiteral("Picture1"), parent)
+    {
+        setMouseTracking(true);
+        setCursor(Qt::CrossCursor);
+    }
+
+protected:
+    void mouseMoveEvent(QMouseEvent *event) override
+    {
+        const QPointF at = event->position();
+        const int pointer = cursorMouseMove(event->buttons().testFlag(Qt::LeftButton), surface().userX(at.x()),
+                                            surface().userY(at.y()));
+        if (pointer == kPointerCursor)
+            setCursor(Qt::SizeAllCursor);
+        else if (pointer == kPointerCrosshair)
+            setCursor(Qt::CrossCursor);
+    }
+    void mouseDoubleClickEvent(QMouseEvent *) override { plotDoubleClick(); }
+};
+
 }  // namespace
 
 PictureBox::PictureBox(const QString &name, QWidget *parent) : QWidget(parent)
@@ -65,12 +93,11 @@ Grafik::Grafik(QWidget *parent) : QWidget(parent)
     setWindowTitle(QStringLiteral("Measurement Display"));
     setMinimumSize(twipsToPixelsX(kMinWidthTwips), twipsToPixelsY(kMinHeightTwips));
 
-    pic1_ = new PictureBox(QStringLiteral("Picture1"), this);
+    pic1_ = new PlotPicture(this);
     pic2_ = new PictureBox(QStringLiteral("Picture2"), this);
     pic3_ = new PictureBox(QStringLiteral("Picture3"), this);
     pic4_ = new QWidget(this);
     pic4_->setObjectName(QStringLiteral("Picture4"));
-    pic1_->setCursor(Qt::CrossCursor);
 
     QFont small = pic4_->font();
     small.setPixelSize(10);
@@ -97,15 +124,16 @@ Grafik::Grafik(QWidget *parent) : QWidget(parent)
     panel->addWidget(label11_);
     panel->addWidget(check1_);
     panel->addWidget(check2_);
-    panel->addWidget(label(pic4_, "Label7", QStringLiteral("Cursor 1"), paletteColour(5)));
-    panel->addWidget(label(pic4_, "freqa", QString()));
-    panel->addWidget(label(pic4_, "leva", QString()));
-    panel->addWidget(label(pic4_, "Label10", QStringLiteral("Cursor 2"), paletteColour(2)));
-    panel->addWidget(label(pic4_, "freqb", QString()));
-    panel->addWidget(label(pic4_, "levb", QString()));
-    panel->addWidget(label(pic4_, "Label8", QStringLiteral("Cur. 1-2 (dB)")));
-    panel->addWidget(label(pic4_, "freqab", QString()));
-    panel->addWidget(label(pic4_, "levab", QString()));
+    const char *headings[3][2] = {{"Label7", "Cursor 1"}, {"Label10", "Cursor 2"}, {"Label8", "Cur. 1-2 (dB)"}};
+    const int headingColours[3] = {5, 2, 0};
+    const char *readouts[6] = {"freqa", "leva", "freqb", "levb", "freqab", "levab"};
+    for (int i = 0; i < 3; ++i) {
+        panel->addWidget(label(pic4_, headings[i][0], QString::fromLatin1(headings[i][1]), paletteColour(headingColours[i])));
+        for (int j = 0; j < 2; ++j) {
+            readout_[2 * i + j] = label(pic4_, readouts[2 * i + j], QString());
+            panel->addWidget(readout_[2 * i + j]);
+        }
+    }
     for (int i = 0; i < 3; ++i) {
         command_[i] = new QPushButton(QString::fromLatin1(captions[i]), pic4_);
         command_[i]->setObjectName(QString::fromLatin1(names[i]));
@@ -126,6 +154,9 @@ Grafik::Grafik(QWidget *parent) : QWidget(parent)
         st.economic = on;
         st.redrawflag = 1;
     });
+    connect(command_[0], &QPushButton::clicked, this, [] { cursorToPeak(); });
+    connect(command_[1], &QPushButton::clicked, this, [] { centreOnCursor(); });
+    connect(command_[2], &QPushButton::clicked, this, [] { doubleCentre(); });
 
     uiHooks().uncalVisible = [this](bool visible) { label11_->setVisible(visible); };
     // A new configuration changes the distance caption at once; whoever listened before still
@@ -167,9 +198,28 @@ void Grafik::applyLayout(bool withScales)
     // A hidden widget hears of its new size only when shown; the surfaces need it now.
     for (PictureBox *box : {pic1_, pic2_, pic3_})
         box->surface().resize(box->width(), box->height());
+    pic3_->surface().setFont(frequencyLabelFont(pic1_->width()));
+    pic2_->surface().setFont(levelLabelFont(pic2_->width(), pic1_->height()));
+    fitPanelFont();
     if (withScales) {
         setHorizontalScales(*this);
         st.redrawflag = 1;
+    }
+}
+
+void Grafik::fitPanelFont()
+{
+    // Read-outs and buttons stay whole in a short panel: a smaller font before anything is cut.
+    constexpr int kPanelPixels = 10;
+    constexpr int kSmallestPanelPixels = 7;
+    QFont font = pic4_->font();
+    for (int pixels = kPanelPixels; pixels >= kSmallestPanelPixels; --pixels) {
+        if (font.pixelSize() != pixels) {
+            font.setPixelSize(pixels);
+            pic4_->setFont(font);
+        }
+        if (pic4_->layout()->sizeHint().height() <= pic4_->height())
+            return;
     }
 }
 
@@ -224,6 +274,15 @@ void Grafik::showPicture()
     pic1_->update();
     pic2_->update();
     pic3_->update();
+}
+
+void Grafik::showCursors(const CursorReadouts &readouts)
+{
+    const QString *texts[6] = {&readouts.freqa, &readouts.leva, &readouts.freqb,
+                               &readouts.levb,  &readouts.freqab, &readouts.levab};
+    for (int i = 0; i < 6; ++i)
+        readout_[i]->setText(*texts[i]);
+    pic1_->update();
 }
 
 Grafik *showGrafik(Mdi &window)

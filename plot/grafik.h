@@ -48,6 +48,7 @@ public:
     void setMemoryLabel(const QString &text) override;
     void setButtons(bool peak, bool centre, bool twice) override;
     void showPicture() override;
+    void showCursors(const CursorReadouts &readouts) override;
 
     // The layout of load and resize; scales too unless only loading.
     void applyLayout(bool withScales);
@@ -60,6 +61,8 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    void fitPanelFont();
+
     PictureBox *pic1_ = nullptr;
     PictureBox *pic2_ = nullptr;
     PictureBox *pic3_ = nullptr;
@@ -71,6 +74,8 @@ private:
     QLabel *label5_ = nullptr;
     QLabel *label6_ = nullptr;
     QLabel *label11_ = nullptr;
+    // freqa, leva, freqb, levb, freqab, levab
+    QLabel *readout_[6] = {};
     std::function<void()> previousConfigurationHook_;
 };
 

@@ -8,6 +8,8 @@
 
 namespace kw {
 
+struct CursorReadouts;
+
 class PlotForm {
 public:
     virtual ~PlotForm() = default;
@@ -24,6 +26,8 @@ public:
     virtual void setButtons(bool peak, bool centre, bool twice) = 0;  // Command1..3 enabled
     // The pass is over: show what was drawn.
     virtual void showPicture() = 0;
+    // The cursors moved: show their lines and read-outs. Nothing else of the picture changed.
+    virtual void showCursors(const CursorReadouts &) {}
 };
 
 // The form the passes draw on; nullptr while grafik is not loaded.

@@ -2,8 +2,10 @@
 
 #include "emc/emcforms.h"
 #include "link/connection.h"
+#include "platform/dialogs.h"
 #include "shell/mdi.h"
 #include "shell/measurementmenu.h"
+#include "shell/modes.h"
 #include "shell/startup.h"
 #include "shell/state.h"
 #include "store/appdb.h"
@@ -99,10 +101,13 @@ void buildMainMenu(Mdi &window)
         window.menuEntry(QString::fromLatin1(name))->setCheckable(true);
     window.menuEntry(QStringLiteral("mnunormal"))->setChecked(true);
 
+    onMenu(window, QStringLiteral("mnuprsetup"), [](Mdi &) { dialogs().printerSetup(); });
     onMenu(window, QStringLiteral("mnuseldata"), &mnuseldata);
     registerMeasurementMenu(window);
     onMenu(window, QStringLiteral("mnuBeenden"), &mnuBeenden);
     emcMenu(window);
+    onMenu(window, QStringLiteral("mnunormal"), [](Mdi &) { mnunormal(); });
+    onMenu(window, QStringLiteral("mnuemc"), [](Mdi &) { mnuemc(); });
 }
 
 void onMenu(Mdi &window, const QString &name, void (*command)(Mdi &))

@@ -6,16 +6,13 @@
 #include "platform/progdir.h"
 #include "plot/grafik.h"
 #include "platform/vbformat.h"
-#include "shell/forms.h"
 #include "shell/mdi.h"
+#include "shell/modes.h"
 #include "shell/state.h"
-#include "shell/toolpanel.h"
 #include "shell/uihooks.h"
 #include "store/appdb.h"
 #include "store/settingfile.h"
 
-#include <QAction>
-#include <QPushButton>
 
 namespace kw {
 
@@ -43,18 +40,13 @@ void loadMain(Mdi &window)
     uiHooks().storeFormPositions = [&window] { storeGrafikPlacement(window); };
 
     // The forms of the mode: emc in EMC mode, measur, track and detec in normal mode, in that
-    // order. They join here as they are written.
+    // order.
     const bool emcMode = st.mode != 0;
+    showModeForms(emcMode);
     st.measext = emcMode ? QStringLiteral(".emc") : QStringLiteral(".mes");
-    if (QAction *a = window.menuEntry(QStringLiteral("mnuemc")))
-        a->setChecked(emcMode);
-    if (QAction *a = window.menuEntry(QStringLiteral("mnunormal")))
-        a->setChecked(!emcMode);
-    if (auto *toolbox = window.toolPanel()->findChild<QPushButton *>(QStringLiteral("Command6")))
-        toolbox->setEnabled(!emcMode);
+    tickModeMenu(emcMode);
+    enableToolbox(!emcMode);
     notifyToolbar();
-    if (emcMode)
-        showForm(QStringLiteral("emc"));
 
     eraseall();
 }

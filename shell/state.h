@@ -189,6 +189,20 @@ struct State {
     float decadestep = 0.001f;
     uint8_t drawbusy = 0;         // a drawing pass runs; refuses re-entry
     uint8_t cursorfresh = 1;      // the last pass wiped the cursor lines
+    // The two crosshairs: x 0..1000000 across, y in plot units; the old fields are where the lines
+    // stand now, so that the inverting mode can take them away again.
+    int32_t cursor1x = 100000;
+    int32_t cursor1y = 0;
+    int32_t cursor2x = 200000;
+    int32_t cursor2y = 0;
+    int32_t cursor1oldx = 100000;
+    int32_t cursor1oldy = 0;
+    int32_t cursor2oldx = 200000;
+    int32_t cursor2oldy = 0;
+    uint8_t cursorgrab = 0;       // 0 none, 1 or 2: the cursor the mouse holds
+    uint8_t cursorsactive = 1;    // mouse handling of the plot on
+    float cursor1freq = 0.0f;     // MHz, as last shown
+    float cursor1level = 0.0f;    // display unit, as last shown
     uint8_t economic = 0;         // the "Economic" box: thinned reading of files
     uint8_t economicstep = 20;
     int16_t limitlow = 2000;      // limit extent seen in the last pass, in dB

@@ -2,6 +2,7 @@
 // A plot form whose areas remember what was drawn on them, in user units, for tests that check
 // the drawing as numbers.
 
+#include "plot/cursors.h"
 #include "plot/plotform.h"
 #include "shell/state.h"
 
@@ -14,6 +15,8 @@ struct DrawnLine {
     double x1, y1, x2, y2;
     int colour;
     int width;
+    int style = kw::kStyleSolid;
+    int mode = kw::kModeCopyPen;
 };
 
 struct DrawnText {
@@ -35,7 +38,7 @@ public:
     }
     void line(double x1, double y1, double x2, double y2, int colour) override
     {
-        lines.push_back({x1, y1, x2, y2, colour, drawWidth});
+        lines.push_back({x1, y1, x2, y2, colour, drawWidth, drawStyle, drawMode});
     }
     void print(const QString &text) override
     {
@@ -120,12 +123,14 @@ public:
         buttons[2] = c;
     }
     void showPicture() override { ++shown; }
+    void showCursors(const kw::CursorReadouts &) override { ++cursorsShown; }
 
     RecordingSurface p1, p2, p3;
     QString caption_, unit, distance, memory;
     bool logEnabled = true, logChecked = false, distanceVisible = false;
     bool buttons[3] = {true, true, true};
     int shown = 0;
+    int cursorsShown = 0;
 };
 
 }  // namespace kwtest

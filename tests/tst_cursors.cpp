@@ -1,0 +1,428 @@
+// The two cursors of the plot: read-outs as numbers, the lines a move draws, the mouse rules,
+// the three buttons, and on screen a cursor dragged twice leaving the picture a fresh pass gives.
+#include "platform/twips.h"
+#include "plot/axes.h"
+#include "plot/cursorbuttons.h"
+#include "plot/cursormouse.h"
+#include "plot/cursors.h"
+#include "plot/drawplot.h"
+#include "plot/grafik.h"
+#include "plot/labelfont.h"
+#include "plot/plotsources.h"
+#include "shell/state.h"
+#include "support/recordingplot.h"
+#include "support/simfixture.h"
+
+#include <QFontMetricsF>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QtTest>
+
+using namespace kw;
+using kwtest::DrawnLine;
+
+namespace {
+
+void place(int32_t x1, int32_t y1, int32_t x2, int32_t y2)
+{
+    st.cursor1x = x1;
+    st.cursor1y = y1;
+    st.cursor2x = x2;
+    st.cursor2y = y2;
+}
+
+QStringList shown()
+{
+    const CursorReadouts &r = cursorReadouts();
+    return {r.freqa, r.leva, r.freqb, r.levb, r.freqab, r.levab};
+}
+
+bool isCrosshair(const std::vector<DrawnLine> &lines, size_t at, double x, double y, int colour, int style)
+{
+    const DrawnLine &v = lines[at];
+    const DrawnLine &h = lines[at + 1];
+    return v.x1 == x && v.x2 == x && v.y1 == st.grafikmin && v.y2 == st.grafikmax && h.x1 == 0 &&
+           h.x2 == kPlotWidth && h.y1 == y && h.y2 == y && v.colour == colour && h.colour == colour &&
+           v.style == style && h.style == style && v.mode == kModeNotXorPen && h.mode == kModeNotXorPen;
+}
+
+// A left-button move over Picture1 at a plot position, as the mouse sends it.
+void dragTo(QWidget *picture, Surface &surface, double x, double y)
+{
+    const QPointF at((x - surface.scaleLeft()) / surface.scaleWidth() * surface.deviceWidth(),
+                     (y - surface.scaleTop()) / surface.scaleHeight() * surface.deviceHeight());
+    QMouseEvent move(QEvent::MouseMove, at, picture->mapToGlobal(at), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(picture, &move);
+}
+
+}  // namespace
+
+class TestCursors : public QObject {
+    Q_OBJECT
+private slots:
+    void init()
+    {
+        resetState();
+        resetPlotSources();
+    }
+
+    void readoutsOnALinearAxis()
+    {
+        kwtest::RecordingPlot plot;
+        kwtest::plotFrame(0.0f, 1000.0f);
+        place(100000, -100, 200000, -150);
+        DrawCursors();
+        QCOMPARE(shown(), QStringList({"100.00M", "-40.0", "200.00M", "-60.0", "100.00M", "20.0"}));
+        QCOMPARE(st.cursor1freq, 100.0f);
+        QCOMPARE(st.cursor1level, -40.0f);
+
+        // A unit change moves the numbers and nothing else.
+        st.unitoffset = 107.0f;
+        DrawCursors();
+        QCOMPARE(shown(), QStringList({"100.00M", "67.0", "200.00M", "47.0", "100.00M", "20.0"}));
+
+        // Both cursors on one place: no difference, shown in the K form.
+        place(300000, -100, 300000, -100);
+        DrawCursors();
+        QCOMPARE(cursorReadouts().freqab, QStringLiteral("0.0K"));
+        QCOMPARE(cursorReadouts().levab, QStringLiteral("0.0"));
+
+        // Left of 0 Hz the frequency stops at 0.
+        kwtest::plotFrame(-100.0f, 900.0f);
+        place(0, -100, 50000, -100);
+        DrawCursors();
+        QCOMPARE(cursorReadouts().freqa, QStringLiteral("0.0K"));
+        QCOMPARE(cursorReadouts().freqb, QStringLiteral("0.0K"));
+    }
+
+    void cursor2TakesItsFormFromCursor1()
+    {
+        kwtest::RecordingPlot plot;
+        kwtest::plotFrame(0.0f, 2000.0f);
+        place(50000, -100, 750000, -100);  // 100 MHz and 1500 MHz
+        DrawCursors();
+        QCOMPARE(cursorReadouts().freqa, QStringLiteral("100.00M"));
+        QCOMPARE(cursorReadouts().freqb, QStringLiteral("1500.00M"));
+        QCOMPARE(cursorReadouts().freqab, QStringLiteral("1.400G"));
+
+        place(750000, -100, 250000, -100);  // the other way round: 500 MHz in the G form
+        DrawCursors();
+        QCOMPARE(cursorReadouts().freqa, QStringLiteral("1.500G"));
+        QCOMPARE(cursorReadouts().freqb, QStringLiteral("0.500G"));
+        place(750000, -100, 250, -100);  // below 1 MHz the K form wins whatever cursor 1 says
+        DrawCursors();
+        QCOMPARE(cursorReadouts().freqb, QStringLiteral("500.0K"));
+    }
+
+    void frequencyOnTheOtherAxes()
+    {
+        // Logarithmic: 100 kHz to 1 GHz as the last pass left the decades.
+        st.logaxis = 1;
+        st.span = 1000;
+        st.decadelow = 0.1f;
+        st.decadehigh = 1000.0f;
+        QCOMPARE(cursorFrequency(0), 0.1f);
+        QCOMPARE(cursorFrequency(500000), 10.0f);
+        QCOMPARE(cursorFrequency(1000000), 1000.0f);
+        QVERIFY(std::abs(cursorFrequency(250000) - 1.0f) < 1e-5f);
+
+        // A live zero span has one frequency across, also with "Log" ticked.
+        st.span = 0;
+        st.freqstart = st.freqstop = 433.92f;
+        QCOMPARE(cursorFrequency(0), 433.92f);
+        QCOMPARE(cursorFrequency(900000), 433.92f);
+        // A result of an EMC run with a span below 1 is not zero span: the linear form holds.
+        st.logaxis = 0;
+        st.mode = 1;
+        st.freqstart = 30.0f;
+        st.freqstop = 40.0f;
+        QCOMPARE(cursorFrequency(500000), 35.0f);
+    }
+
+    void levelsNeedAScaleAndCursorsStayOnThePlot()
+    {
+        kwtest::RecordingPlot plot;
+        // Before any data the bottom (1000) lies above the top (-1000): no levels, and a level
+        // clamps to the bottom first.
+        place(100000, 0, 200000, 0);
+        DrawCursors();
+        QCOMPARE(shown(), QStringList({"100.00M", "---", "200.00M", "---", "100.00M", "---"}));
+        QCOMPARE(st.cursor1y, 1000);
+        st.grafikmin = st.grafikmax = -100;
+        DrawCursors();
+        QCOMPARE(cursorReadouts().leva, QStringLiteral("---"));
+
+        // Dragged beyond the edges: clamped, and the clamped place is where the lines stand.
+        kwtest::plotFrame(0.0f, 1000.0f);
+        place(1200000, 0, -5, -400);
+        DrawCursors();
+        QCOMPARE(st.cursor1x, 1000000);
+        QCOMPARE(st.cursor2x, 0);
+        QCOMPARE(st.cursor1y, -50);
+        QCOMPARE(st.cursor2y, -250);
+        QCOMPARE(st.cursor1oldx, 1000000);
+        QCOMPARE(st.cursor2oldy, -250);
+    }
+
+    void aMoveErasesTheOldLinesAndTouchesNothingElse()
+    {
+        kwtest::RecordingPlot plot;
+        kwtest::plotFrame(0.0f, 1000.0f);
+        st.viewsample = 1;
+        place(100000, -100, 200000, -150);
+        DrawPlot();
+        const int clears = plot.p1.clears;
+        const size_t passLines = plot.p1.lines.size();
+        // The pass wiped the old lines: it draws the two crosshairs only, and leaves the surface
+        // as it found it.
+        QVERIFY(isCrosshair(plot.p1.lines, passLines - 4, 100000, -100, 5, kStyleDash));
+        QVERIFY(isCrosshair(plot.p1.lines, passLines - 2, 200000, -150, 2, kStyleDot));
+        QCOMPARE(plot.p1.lines[passLines - 5].mode, kModeCopyPen);
+        QCOMPARE(st.cursorfresh, uint8_t(0));
+
+        st.cursor1x = 400000;
+        st.cursor1y = -120;
+        DrawCursors();
+        const auto &lines = plot.p1.lines;
+        QCOMPARE(lines.size(), passLines + 8);
+        QVERIFY(isCrosshair(lines, passLines, 100000, -100, 5, kStyleDash));      // away
+        QVERIFY(isCrosshair(lines, passLines + 2, 400000, -120, 5, kStyleDash));  // drawn
+        QVERIFY(isCrosshair(lines, passLines + 4, 200000, -150, 2, kStyleDot));
+        QVERIFY(isCrosshair(lines, passLines + 6, 200000, -150, 2, kStyleDot));
+        QCOMPARE(plot.p1.clears, clears);
+        QCOMPARE(plot.p1.drawMode, kModeCopyPen);
+        QCOMPARE(plot.p1.drawStyle, kStyleSolid);
+        QCOMPARE(plot.cursorsShown, 2);
+    }
+
+    void theMouseTakesAndHoldsACursor()
+    {
+        kwtest::RecordingPlot plot;
+        kwtest::plotFrame(0.0f, 1000.0f);
+        place(100000, -100, 105000, -150);  // both within reach of x 102000
+        DrawCursors();
+        const size_t drawn = plot.p1.lines.size();
+
+        // Hovering changes the pointer only.
+        QCOMPARE(cursorMouseMove(false, 102000.4, -80), kPointerCursor);
+        QCOMPARE(cursorMouseMove(false, 500000, -80), kPointerCrosshair);
+        QCOMPARE(plot.p1.lines.size(), drawn);
+        // Reach is one per cent either side, not including its end.
+        QCOMPARE(cursorMouseMove(false, 115000, -80), kPointerCrosshair);
+        QCOMPARE(cursorMouseMove(false, 114999.9, -80), kPointerCursor);
+        QCOMPARE(cursorMouseMove(false, 90000, -80), kPointerCrosshair);
+
+        // Where both are near, cursor 1 is taken, and stays taken however far the mouse goes.
+        QCOMPARE(cursorMouseMove(true, 102000.4, -80.5), kPointerCursor);
+        QCOMPARE(st.cursorgrab, uint8_t(1));
+        QCOMPARE(st.cursor1x, 102000);
+        QCOMPARE(st.cursor1y, -80);  // halves to even
+        QCOMPARE(cursorMouseMove(true, 700000, -200), kPointerCursor);
+        QCOMPARE(st.cursor1x, 700000);
+        QCOMPARE(st.cursor2x, 105000);
+        // Standing still redraws nothing.
+        const size_t afterDrag = plot.p1.lines.size();
+        QCOMPARE(cursorMouseMove(true, 700000.2, -200), kPointerCursor);
+        QCOMPARE(plot.p1.lines.size(), afterDrag);
+
+        // The first move with the button up lets go; a left-button move elsewhere takes nothing.
+        QCOMPARE(cursorMouseMove(false, 900000, -200), kPointerCrosshair);
+        QCOMPARE(st.cursorgrab, uint8_t(0));
+        QCOMPARE(cursorMouseMove(true, 900000, -200), kPointerCrosshair);
+        QCOMPARE(st.cursor1x, 700000);
+
+        // Cursor 2 on its own, then let go by a right-button move, which moves nothing.
+        QCOMPARE(cursorMouseMove(true, 108000, -90), kPointerCursor);
+        QCOMPARE(st.cursorgrab, uint8_t(2));
+        QCOMPARE(st.cursor2x, 108000);
+        QCOMPARE(cursorMouseMove(false, 110000, -60), kPointerCursor);
+        QCOMPARE(st.cursorgrab, uint8_t(0));
+        QCOMPARE(st.cursor2x, 108000);
+
+        // During a pass, or with the cursors off, the mouse does nothing at all.
+        st.drawbusy = 1;
+        QCOMPARE(cursorMouseMove(true, 108000, -90), kPointerUnchanged);
+        st.drawbusy = 0;
+        st.cursorsactive = 0;
+        QCOMPARE(cursorMouseMove(true, 108000, -90), kPointerUnchanged);
+        QCOMPARE(st.cursorgrab, uint8_t(0));
+    }
+
+    void peakButtonFindsTheHighestPoint()
+    {
+        kwtest::RecordingPlot plot;
+        kwtest::plotFrame(0.0f, 1000.0f);
+        st.viewsample = 1;
+        for (int i = 1; i <= 2001; ++i)
+            st.sampledata[size_t(i)] = -200;
+        st.sampledata[1201] = -90;
+        st.sampledata[1501] = -90;  // as high, but later: the first stays
+        DrawPlot();
+        cursorToPeak();
+        QCOMPARE(st.cursor1x, int32_t(FreqToX(st.peakfreq)));
+        QVERIFY(std::abs(st.cursor1x - 600000) <= 500);
+        QCOMPARE(st.cursor1y, -90);
+        QCOMPARE(cursorReadouts().leva, QStringLiteral("-36.0"));
+
+        // Logarithmic: the peak's place on the decades of the last pass.
+        st.logaxis = 1;
+        st.decadelow = 0.1f;
+        st.decadehigh = 1000.0f;
+        st.peakfreq = 10.0f;
+        cursorToPeak();
+        QVERIFY(std::abs(st.cursor1x - 500000) <= 1);  // 0.1 is no exact float
+        st.peakfreq = 0.0f;
+        cursorToPeak();
+        QCOMPARE(st.cursor1x, 0);
+
+        // Zero span: start and stop are one frequency, and the button leaves the cursor alone.
+        st.logaxis = 0;
+        st.span = 0;
+        st.freqstart = st.freqstop = 100.0f;
+        st.cursor1x = 123456;
+        cursorToPeak();
+        QCOMPARE(st.cursor1x, 123456);
+    }
+
+    void centreButtons()
+    {
+        // Offline: the new centre is only clamped and kept.
+        kwtest::plotFrame(0.0f, 1000.0f);
+        st.cursor1x = 250000;
+        centreOnCursor();
+        QCOMPARE(st.centerfreq, 250.0f);
+        doubleCentre();
+        QCOMPARE(st.centerfreq, 500.0f);
+        doubleCentre();
+        doubleCentre();
+        QCOMPARE(st.centerfreq, 1050.0f);  // the analyser's top
+        st.span = 0;
+        st.freqstart = 88.5f;
+        centreOnCursor();
+        QCOMPARE(st.centerfreq, 88.5f);
+
+        // On a logarithmic axis the lower edge is subtracted: cursor 1 reads 10 MHz, but the new
+        // centre is 1 kHz.
+        st.span = 1000;
+        st.logaxis = 1;
+        st.decadelow = 0.1f;
+        st.decadehigh = 1000.0f;
+        st.cursor1x = 500000;
+        QCOMPARE(cursorFrequency(st.cursor1x), 10.0f);
+        centreOnCursor();
+        QVERIFY(std::abs(st.centerfreq - 0.001f) < 1e-7f);
+    }
+
+    void withTheAnalyser()
+    {
+        SimBench bench;
+        kwtest::RecordingPlot plot;
+        // In EMC mode a double click does nothing; in normal mode it connects and reads.
+        st.mode = 1;
+        plotDoubleClick();
+        QVERIFY(bench.log().isEmpty());
+        QCOMPARE(st.portopen, int16_t(0));
+        st.mode = 0;
+        plotDoubleClick();
+        QCOMPARE(st.portopen, int16_t(1));
+        QVERIFY(bench.log().contains(QStringLiteral("#bm1")));
+        QCOMPARE(st.redrawflag, uint8_t(1));
+
+        // The new centre goes out, the running calculation starts again, and a trace comes back.
+        bench.clearLog();
+        kwtest::plotFrame(0.0f, 1000.0f);
+        st.calc = 1;
+        st.cursor1x = 250000;
+        centreOnCursor();
+        const QStringList log = bench.log();
+        QVERIFY(log.size() > 3);
+        QCOMPARE(log.mid(0, 2), QStringList({"#cf0250.000", "#dm1"}));
+        QVERIFY(log.contains(QStringLiteral("#bm1")));
+        QCOMPARE(st.centerfreq, 250.0f);
+        QVERIFY(bench.shown().isEmpty());
+    }
+
+    void aCursorDraggedTwiceLeavesThePictureOfAFreshPass()
+    {
+        Grafik form;
+        form.resize(900, 600);
+        form.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&form));
+        kwtest::plotFrame(0.0f, 1000.0f);
+        st.viewsample = 1;
+        for (int i = 1; i <= 2001; ++i)
+            st.sampledata[size_t(i)] = int16_t(-230 + (i % 97 == 0 ? 120 : i % 7));
+        auto &surface = static_cast<ImageSurface &>(form.picture1());
+        QWidget *picture = form.pictureBox(1);
+
+        place(100000, -100, 200000, -150);
+        DrawPlot();
+        const QImage start = surface.image().copy();
+        // Take cursor 1 by its vertical line and drag it over the trace, twice.
+        dragTo(picture, surface, 100000, -100);
+        QCOMPARE(st.cursorgrab, uint8_t(1));
+        dragTo(picture, surface, 400000, -200);
+        dragTo(picture, surface, 700000, -120);
+        QVERIFY(std::abs(st.cursor1x - 700000) <= 2000);
+        QVERIFY(std::abs(st.cursor1y + 120) <= 1);
+
+        // Where the mouse put it, the lines stand as a pass would draw them, and nothing else of
+        // the picture changed: no trace of the old lines remains.
+        place(st.cursor1x, st.cursor1y, 200000, -150);
+        DrawPlot();
+        const QImage expected = surface.image().copy();
+        QVERIFY(expected != start);
+        st.cursor1x = 100000;
+        st.cursor1y = -100;
+        DrawPlot();
+        QCOMPARE(surface.image(), start);
+        dragTo(picture, surface, 100000, -100);
+        dragTo(picture, surface, 400000, -200);
+        dragTo(picture, surface, 700000, -120);
+        QCOMPARE(surface.image(), expected);
+        QVERIFY(form.grab().save(QDir::current().filePath(QStringLiteral("grafik-cursors.png"))));
+        QCOMPARE(form.findChild<QLabel *>(QStringLiteral("freqa"))->text(), cursorReadouts().freqa);
+        QCOMPARE(form.findChild<QLabel *>(QStringLiteral("levb"))->text(), QStringLiteral("-60.0"));
+    }
+
+    void layoutAndLabelsAtEverySize()
+    {
+        Grafik form;
+        form.resize(twipsToPixelsX(9000), twipsToPixelsY(6000));
+        form.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&form));
+        const int w = 9000;
+        const int h = 6000;
+        const auto inTwips = [](QWidget *area) {
+            return QRect(pixelsToTwipsX(area->x()), pixelsToTwipsY(area->y()), pixelsToTwipsX(area->width()),
+                         pixelsToTwipsY(area->height()));
+        };
+        const auto close = [](const QRect &a, const QRect &b) {
+            return std::abs(a.x() - b.x()) <= 15 && std::abs(a.y() - b.y()) <= 15 &&
+                   std::abs(a.width() - b.width()) <= 30 && std::abs(a.height() - b.height()) <= 30;
+        };
+        QVERIFY(close(inTwips(form.pictureBox(1)), QRect(600, 0, w - 1800, h - 800)));
+        QVERIFY(close(inTwips(form.pictureBox(2)), QRect(0, 0, 600, h - 400)));
+        QVERIFY(close(inTwips(form.pictureBox(3)), QRect(600, h - 800, w - 700, 400)));
+        QVERIFY(close(inTwips(form.findChild<QWidget *>(QStringLiteral("Picture4"))), QRect(w - 1200, 0, 1100, h - 800)));
+        form.resize(50, 50);
+        QCOMPARE(form.width(), twipsToPixelsX(6000));
+        QCOMPARE(form.height(), twipsToPixelsY(4500));
+
+        // From the smallest plot the layout allows to a large one, the widest frequency label
+        // fits between two grid lines and the widest level label before the ticks.
+        const int smallest = twipsToPixelsX(6000 - 1800);
+        for (int width : {smallest, twipsToPixelsX(7200 - 1800), 700, 1400}) {
+            const QFont font = frequencyLabelFont(width);
+            QVERIFY2(QFontMetricsF(font).horizontalAdvance(QStringLiteral("900.00M")) < width / 10.0,
+                     qPrintable(QString::number(width)));
+            QVERIFY(font.pixelSize() >= 7);
+        }
+        QCOMPARE(frequencyLabelFont(1400).pixelSize(), 13);
+        const QFont level = levelLabelFont(twipsToPixelsX(600), 400);
+        QVERIFY(QFontMetricsF(level).horizontalAdvance(QStringLiteral("-120.0")) < twipsToPixelsX(600) * 0.8);
+    }
+};
+
+QTEST_MAIN(TestCursors)
+#include "tst_cursors.moc"

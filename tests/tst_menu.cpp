@@ -1,0 +1,202 @@
+// The main window's menu as the user reads it, and the change between normal and EMC mode.
+#include "platform/dialogs.h"
+#include "shell/forms.h"
+#include "shell/mdi.h"
+#include "shell/modes.h"
+#include "shell/startup.h"
+#include "shell/state.h"
+#include "shell/toolpanel.h"
+#include "store/settingfile.h"
+#include "support/programdir.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QtTest>
+
+using namespace kw;
+
+namespace {
+
+// Each entry as "name caption", a separator as "name -", a sub-menu's entries indented under it.
+void listMenu(const QMenu *menu, const QString &indent, QStringList &out)
+{
+    for (const QAction *a : menu->actions()) {
+        if (a->isSeparator()) {
+            out << indent + a->objectName() + QStringLiteral(" -");
+        } else {
+            out << indent + a->objectName() + QLatin1Char(' ') + a->text();
+            if (a->menu())
+                listMenu(a->menu(), indent + QStringLiteral("  "), out);
+        }
+    }
+}
+
+// Stand-ins for the panels, whoever builds the real ones.
+void registerPanelStandIns()
+{
+    for (const char *name : {"measur", "track", "detec"})
+        registerForm(QString::fromLatin1(name), [name] {
+            auto *w = new QWidget;
+            w->setWindowTitle(QString::fromLatin1(name));
+            return w;
+        });
+}
+
+QPushButton *toolbox(Mdi &window) { return window.toolPanel()->findChild<QPushButton *>(QStringLiteral("Command6")); }
+
+bool onlyPanelsLoaded()
+{
+    return formLoaded("measur") && formLoaded("track") && formLoaded("detec") && !formLoaded("emc");
+}
+
+bool onlyEmcLoaded()
+{
+    return !formLoaded("measur") && !formLoaded("track") && !formLoaded("detec") && formLoaded("emc");
+}
+
+void fillTraces()
+{
+    st.grafikmin = -250;
+    st.grafikmax = -50;
+    for (int i = 1; i <= 2001; ++i)
+        st.sampledata[size_t(i)] = -100;
+}
+
+bool erased() { return st.grafikmin == 1000 && st.sampledata[1000] == 0; }
+
+}  // namespace
+
+class TestMenu : public QObject {
+    Q_OBJECT
+private slots:
+    void theMenuTable()
+    {
+        test::TempProgramDir dir;
+        ScriptedDialogs boxes;
+        setDialogs(&boxes);
+        Mdi window;
+        QStringList menus;
+        for (const QAction *top : window.menuBar()->actions())
+            menus << top->menu()->objectName() + QLatin1Char(' ') + top->text();
+        QCOMPARE(menus, QStringList({"mnuKonfiguration &Data", "settings &Settings", "mnumode &Mode", "mnuhlp ?"}));
+
+        QStringList entries;
+        for (const QAction *top : window.menuBar()->actions())
+            listMenu(top->menu(), QString(), entries);
+        const QStringList table = {
+            "mnuload &Load", "  mnulsettings &Settings", "  mnulmeasure &Measurements",
+            "mnusave &Save", "  mnussettings &Settings", "  mnusmeasurement &Measurement",
+            "mnutrena -",
+            "mnunew &New/Copy", "  mnunewlim &Limitdefinition", "  mnulosnew Loss/Gain-&Components",
+            "  mnuconfnew C&onfig", "  mnunedit &EMC-Test",
+            "mnuopen &Edit", "  mnulimitdef &Limitdefinition", "  mnuopenlos Loss/Gain-&Components",
+            "  mnuconfigdef C&onfig", "  mnutestdef &EMC-Test",
+            "tenn1 -",
+            "mnudelete &Delete", "  mnudellim &Limitdefinition", "  mnudelloss Loss/Gain-&Components",
+            "  mnudelconf C&onfig", "  mnudtest &EMC-Test",
+            "mnutrenn -", "mnuprint &Print", "mnuprsetup Prin&ter setup", "trn1 -",
+            "mnuseldata D&atabase selection", "trenn6 -", "mnuBeenden E&xit",
+            "mnuconf &Configuration", "mnutrenf -", "Measurement &Measurement", "Detectors &Display Mode",
+            "Tracking &Tracking",
+            "mnunormal &Normal", "mnuemc &EMC", "trns -", "mnuautostore &Autostore",
+            "mnuhelp &Help", "trnq -", "mnuhlp_deu &Deutsch", "mnuhlp_eng &English", "trnr -",
+            "mnuabout &About/Support",
+        };
+        QCOMPARE(entries, table);
+
+        // The help entries are greyed out; mnunormal is ticked before any load.
+        for (const char *name : {"mnuhelp", "mnuhlp_deu", "mnuhlp_eng"})
+            QVERIFY(!window.menuEntry(QString::fromLatin1(name))->isEnabled());
+        QVERIFY(window.menuEntry("mnuabout")->isEnabled());
+        QVERIFY(window.menuEntry("mnunormal")->isChecked());
+        QVERIFY(!window.menuEntry("mnuemc")->isChecked());
+
+        // The printer set-up is the platform's dialog.
+        window.menuEntry("mnuprsetup")->trigger();
+        QCOMPARE(boxes.shown.back().kind, QStringLiteral("printer"));
+
+        // Configuration is refused while the busy pointer shows.
+        st.busycursor = 1;
+        window.menuEntry("mnuconf")->trigger();
+        QVERIFY(!formLoaded("boxcom"));
+        st.busycursor = 0;
+        window.menuEntry("mnuconf")->trigger();
+        QVERIFY(formLoaded("boxcom"));
+        setDialogs(nullptr);
+    }
+
+    void normalAndEmcMode()
+    {
+        test::TempProgramDir dir;
+        ScriptedDialogs boxes;
+        setDialogs(&boxes);
+        Mdi window;
+        registerPanelStandIns();
+        loadMain(window);
+        QVERIFY(onlyPanelsLoaded());
+        QVERIFY(toolbox(window)->isEnabled());
+        auto *uncal = window.findChild<QLabel *>(QStringLiteral("Label11"));
+        QVERIFY(uncal);
+
+        st.viewaverage = 1;
+        st.viewmaxhold = 1;
+        st.viewb = 1;
+        st.viewsample = 0;
+        uncal->show();
+        fillTraces();
+        window.menuEntry("mnuemc")->trigger();
+        QVERIFY(onlyEmcLoaded());
+        QCOMPARE(loadedForm("emc")->windowTitle(), QStringLiteral("EMC"));
+        QVERIFY(window.menuEntry("mnuemc")->isChecked());
+        QVERIFY(!window.menuEntry("mnunormal")->isChecked());
+        QVERIFY(!toolbox(window)->isEnabled());
+        QVERIFY(uncal->isHidden());
+        QVERIFY(erased());
+        QCOMPARE(st.mode, uint8_t(1));
+        // EMC mode keeps the view as it stands, and neither way touches the file extension.
+        QCOMPARE(st.viewaverage + st.viewmaxhold + st.viewb + st.viewsample, 3);
+        QCOMPARE(st.measext, QStringLiteral(".mes"));
+
+        // Once more: the traces go again, the forms stay as they are.
+        QWidget *emc = loadedForm("emc");
+        fillTraces();
+        window.menuEntry("mnuemc")->trigger();
+        QVERIFY(erased());
+        QCOMPARE(loadedForm("emc"), emc);
+        QVERIFY(onlyEmcLoaded());
+        QCOMPARE(st.mode, uint8_t(1));
+
+        // Back: Sample alone, the panels, the Toolbox.
+        fillTraces();
+        window.menuEntry("mnunormal")->trigger();
+        QVERIFY(onlyPanelsLoaded());
+        QVERIFY(window.menuEntry("mnunormal")->isChecked());
+        QVERIFY(!window.menuEntry("mnuemc")->isChecked());
+        QVERIFY(toolbox(window)->isEnabled());
+        QVERIFY(erased());
+        QCOMPARE(st.mode, uint8_t(0));
+        QCOMPARE(st.viewsample, uint8_t(1));
+        QCOMPARE(st.viewaverage + st.viewmaxhold + st.viewb + st.viewab, 0);
+        QCOMPARE(st.measext, QStringLiteral(".mes"));
+
+        // A start with EMC mode saved comes up in it.
+        st.mode = 1;
+        writeSettingFile();
+        window.close();
+        Mdi again;
+        registerPanelStandIns();
+        loadMain(again);
+        QCOMPARE(st.mode, uint8_t(1));
+        QVERIFY(onlyEmcLoaded());
+        QVERIFY(again.menuEntry("mnuemc")->isChecked());
+        QVERIFY(!toolbox(again)->isEnabled());
+        QCOMPARE(st.measext, QStringLiteral(".emc"));
+        setDialogs(nullptr);
+    }
+};
+
+QTEST_MAIN(TestMenu)
+#include "tst_menu.moc"
