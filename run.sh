@@ -19,7 +19,11 @@ cmake --build "$BUILD" --parallel "$(nproc)"
 
 # The simulator stands behind Com2 (the program's default port) through a link in the build tree.
 LINK="$PWD/$BUILD/ttyKT3400"
-"$BUILD/sim/kt3400sim" --link "$LINK" --baud "${KT_BAUD:-19200}" --model "${KT_MODEL:-3420}" ${KT_OPTIONS:-} &
+# The bench of an EMC run: write "dut off"/"dut on" or "antenna vertical"/"antenna horizontal" into
+# this file when the program asks you to switch the device or turn the antenna.
+BENCH="$PWD/$BUILD/bench.txt"
+[ -e "$BENCH" ] || printf 'dut on\nantenna horizontal\n' > "$BENCH"
+"$BUILD/sim/kt3400sim" --link "$LINK" --bench "$BENCH" --baud "${KT_BAUD:-19200}" --model "${KT_MODEL:-3420}" ${KT_OPTIONS:-} &
 SIM=$!
 trap 'kill $SIM 2>/dev/null || true' EXIT
 for _ in $(seq 50); do [ -e "$LINK" ] && break; sleep 0.1; done
@@ -27,4 +31,5 @@ if [ ! -e "$BUILD/ports.def" ] || ! grep -q "ttyKT3400" "$BUILD/ports.def"; then
   printf '# Com port -> device. Written by run.sh for the simulator.\nCom2=%s\n' "$LINK" > "$BUILD/ports.def"
 fi
 echo "Simulator on $LINK (Com2). Tick RM to connect."
+echo "EMC bench: echo 'dut off' > $BENCH  (or 'dut on', 'antenna vertical', 'antenna horizontal')"
 "$BUILD/kw3400r"

@@ -2,6 +2,8 @@
 
 #include <QApplication>
 #include <QCursor>
+#include <QEventLoop>
+#include <QTimer>
 
 namespace kw {
 
@@ -29,6 +31,15 @@ void doEvents()
 {
     if (QCoreApplication::instance())
         QCoreApplication::processEvents(QEventLoop::AllEvents);
+}
+
+void waitEvents(int milliseconds)
+{
+    if (!QCoreApplication::instance())
+        return;
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
 }
 
 }  // namespace kw

@@ -1,9 +1,9 @@
 #include "shell/forms.h"
 
-#include "emc/emcstub.h"
+#include "editors/editorforms.h"
+#include "emc/emcforms.h"
 #include "live/livepanel.h"
 #include "plot/printforms.h"
-#include "editors/editorforms.h"
 
 namespace kw {
 
@@ -13,7 +13,7 @@ void registerAllForms()
     registerLiveForms();
     registerReportForms();
     registerEditorForms();
-    registerEmcStub();
+    registerEmcForms();
 }
 
 }  // namespace kw

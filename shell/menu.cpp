@@ -1,12 +1,12 @@
 #include "shell/menu.h"
 
 #include "editors/editorforms.h"
+#include "emc/emcforms.h"
 #include "link/connection.h"
+#include "platform/dialogs.h"
 #include "plot/printforms.h"
 #include "shell/mdi.h"
 #include "shell/measurementmenu.h"
-#include "platform/dialogs.h"
-#include "shell/mdi.h"
 #include "shell/modes.h"
 #include "shell/startup.h"
 #include "shell/state.h"
@@ -109,6 +109,7 @@ void buildMainMenu(Mdi &window)
     onMenu(window, QStringLiteral("mnuBeenden"), &mnuBeenden);
     connectPrintMenu(window);
     wireEditorMenu(window);
+    emcMenu(window);
     onMenu(window, QStringLiteral("mnunormal"), [](Mdi &) { mnunormal(); });
     onMenu(window, QStringLiteral("mnuemc"), [](Mdi &) { mnuemc(); });
 }

@@ -151,11 +151,30 @@ struct State {
     // Nothing beyond liveread, redrawflag and the trace data above: the cycle keeps no state.
 
     // ---- EMC test
-    QString testname;           // the test in work, kept between forms; a loaded .emc file names it
-    uint8_t runmode = 0;        // 0 Sweep + Step, 1 Step
-    uint8_t detmaxhold = 0;     // detectors the test wants
+    QString testname;             // the test in work, kept between the forms
+    uint8_t runmode = 0;          // 0 Sweep + Step, 1 Step
+    bool polhorizontal = false;   // the test measures in horizontal / L position
+    bool polvertical = false;     // ... in vertical / N position
+    uint8_t secondpass = 0;       // 0: a pass creates the rows of measurement; 1: they exist and are edited
+    uint8_t ambientphase = 0;     // 0 DUT on, 1 ambient horizontal, 2 ambient vertical
+    bool polarisationh = true;    // the horizontal position is being measured
+    uint8_t detmaxhold = 0;
     uint8_t detqpeak = 0;
     uint8_t detaverage = 0;
+    int16_t meastime = 1;         // dwell per sweep slice, seconds
+    float leveldist = 0.0f;       // dB; a row is judged at its level minus this
+    uint8_t limitbezug = 0;       // 0 the peak limit judges, else the average limit
+    uint8_t reloadtest = 0;       // the emc form loads the test at its next repaint
+    double stepsize = 0.4;        // MHz
+    double stepfreq = 0.0;        // MHz
+    int16_t stepcounter = 0;      // steps since the last time shown
+    double steptimebase = 0.0;    // date: start of the timed period
+    float runstart = 0.0f;        // band of the test while a pass moves freqstart / freqstop
+    float runstop = 0.0f;
+    float doneupto = 0.0f;        // merge state of a sweep pass
+    float nextrowfreq = 0.0f;
+    float limitmark = 0.0f;
+    double qpstate = 0.0;         // the quasi-peak model's capacitor, linear amplitude
 
     // ---- Definition editors: the name in work, kept from one form to the next
     QString currentlimit;

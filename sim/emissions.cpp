@@ -74,6 +74,13 @@ double antennaFactor(double mhz) { return interpolate(kBilog, mhz); }
 double cableLoss(double mhz) { return interpolate(kCable, mhz); }
 double preampGain(double mhz) { return interpolate(kPreamp, mhz); }
 
+double polarisationDb(double mhz, const SimScene &scene)
+{
+    if (!scene.vertical)
+        return 0.0;
+    return mhz < 200.0 ? 3.0 : -5.0;
+}
+
 double fieldToInputDbm(double fieldDbuvm, double mhz, const SimScene &scene)
 {
     // dBuV/m - AF = dBuV at the antenna port; the cable takes its share; 107 dB from dBuV to dBm.
@@ -100,7 +107,7 @@ double broadbandMw(double mhz, int rbwKHz, const SimScene &scene)
 {
     // A switching regulator's hump around 60 MHz, 32 dBuV/m at its top in 120 kHz, noise-like.
     const double x = (mhz - 60.0) / 15.0;
-    const double field = 32.0 - 4.34 * x * x + 10.0 * std::log10(std::max(rbwKHz, 1) / 120.0);
+    const double field = 32.0 - 4.34 * x * x + 10.0 * std::log10(std::max(rbwKHz, 1) / 120.0) + polarisationDb(mhz, scene);
     if (field < -40.0)
         return 0.0;
     return std::pow(10.0, fieldToInputDbm(field, mhz, scene) / 10.0);

@@ -13,6 +13,7 @@ struct SimScene {
     bool dutOn = true;      // the operator switches the device off for an ambient sweep
     bool ambientOn = true;  // broadcast FM in the room
     bool preamp = true;     // the preamplifier sits in the chain
+    bool vertical = false;  // the antenna stands vertical; the device radiates differently then
 };
 
 enum class EmissionKind { Clock, Pulsed, Ambient };
@@ -33,6 +34,9 @@ const std::vector<Emission> &benchEmissions();
 double antennaFactor(double mhz);
 double cableLoss(double mhz);
 double preampGain(double mhz);
+// What the antenna's polarisation does to the device's field at f MHz, dB: the vertical position
+// sees the low band stronger and the high band weaker; horizontal is the reference.
+double polarisationDb(double mhz, const SimScene &scene);
 // Field strength at the antenna to power at the analyser input.
 double fieldToInputDbm(double fieldDbuvm, double mhz, const SimScene &scene);
 // The preamplifier's own noise at the analyser input, mW, in the resolution bandwidth.

@@ -1,10 +1,13 @@
 // kt3400sim: a KT3400 analyser on a pseudo-terminal, for the program, its tests and demos.
 
+#include "sim/benchcontrol.h"
 #include "sim/ptyserver.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QFile>
+#include <QDateTime>
+#include <QFileInfo>
 #include <QTextStream>
 
 #include <csignal>
@@ -38,9 +41,12 @@ int main(int argc, char **argv)
     const QCommandLineOption noPreamp(QStringLiteral("no-preamp"), QStringLiteral("no preamplifier in the chain: antenna and cable only"));
     const QCommandLineOption badChecksum(QStringLiteral("bad-checksum"), QStringLiteral("fault: sample blocks carry a wrong checksum"));
     const QCommandLineOption cutBlock(QStringLiteral("cut-block"), QStringLiteral("fault: sample blocks stop after n bytes"), QStringLiteral("n"));
+    const QCommandLineOption bench(QStringLiteral("bench"),
+                                   QStringLiteral("watch this file for the bench: lines \"dut on\"/\"dut off\", \"antenna horizontal\"/\"antenna vertical\""),
+                                   QStringLiteral("file"));
     const QCommandLineOption noise(QStringLiteral("noise"), QStringLiteral("fault: stray bytes after every answer"));
     parser.addOptions({model, firmware, baud, link, log, pace, warmup, noEcho, wrongEcho, noReply, unknownModel, vnZero,
-                       dutOff, noPreamp, badChecksum, cutBlock, noise});
+                       dutOff, noPreamp, badChecksum, cutBlock, noise, bench});
     parser.process(app);
 
     kt::Options options;
@@ -78,8 +84,23 @@ int main(int argc, char **argv)
     QFile logFile(parser.value(log));
     if (parser.isSet(log))
         logFile.open(QIODevice::Append | QIODevice::Text);
+    QDateTime benchChanged;
     while (!quit) {
         usleep(100000);
+        if (parser.isSet(bench)) {
+            const QFileInfo info(parser.value(bench));
+            if (info.exists() && info.lastModified() != benchChanged) {
+                benchChanged = info.lastModified();
+                QFile file(info.filePath());
+                if (file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+                    const QString text = QString::fromUtf8(file.readAll());
+                    QStringList unknown;
+                    server.withModel([&](kt::Analyser &a) { unknown = kt::applyBenchText(text, a.signal().scene()); });
+                    for (const QString &line : unknown)
+                        QTextStream(stderr) << "kt3400sim: bench: what is \"" << line << "\"?" << Qt::endl;
+                }
+            }
+        }
         if (logFile.isOpen()) {
             const QStringList commands = server.commandLog();
             for (; logged < commands.size(); ++logged)

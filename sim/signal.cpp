@@ -38,7 +38,8 @@ double carriersMw(const SimScene &scene, double f, double halfbin, int rbw, doub
         if (!pulseOn(*it, t, dwell))
             continue;
         const double df = std::max(0.0, std::abs(it->freq - f) - halfbin);
-        mw += dbToMw(fieldToInputDbm(it->field, it->freq, scene) + rbwResponseDb(df, rbw));
+        const double field = it->field + (ambient ? 0.0 : polarisationDb(it->freq, scene));
+        mw += dbToMw(fieldToInputDbm(field, it->freq, scene) + rbwResponseDb(df, rbw));
     }
     return mw;
 }

@@ -1,0 +1,308 @@
+// The test definition: the form test with its clamps, repairs and lookups, in both locales, and
+// the dialogs that add, copy and delete tests. Every edit must be in the file at once.
+
+#include "emc/testdialogs.h"
+#include "emc/testform.h"
+#include "platform/datacontrol.h"
+#include "platform/dbcombo.h"
+#include "platform/dialogs.h"
+#include "platform/recordset.h"
+#include "platform/vbformat.h"
+#include "shell/state.h"
+#include "support/programdir.h"
+#include "support/testfiles.h"
+
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QtTest>
+#include <memory>
+
+using namespace kw;
+
+namespace {
+
+const QString kRadiated = QStringLiteral("CISPR 32 B radiated 3 m");
+
+// The delivered database in a program directory of its own, open as the application database.
+struct Bench {
+    test::TempProgramDir dir;
+    ScriptedDialogs boxes;
+    explicit Bench(float version = 1.1f)
+    {
+        resetState();
+        st.databasefile = dir.file(QStringLiteral("default.mdb"));
+        st.db = OpenDatabase(st.databasefile);
+        st.dbversion = version;
+        setDialogs(&boxes);
+    }
+    ~Bench()
+    {
+        setDialogs(nullptr);
+        st.db.Close();
+        setNumberLocale(NumberLocale::enUS());
+    }
+    // A column of a test as the file holds it, through a connection of its own.
+    QVariant stored(const QString &test, const QString &column) const
+    {
+        Database other = OpenDatabase(st.databasefile);
+        Recordset rows = other.OpenRecordset(QStringLiteral("test"), dbOpenSnapshot);
+        rows.FindFirst(QStringLiteral("Name = '") + test + QStringLiteral("'"));
+        const QVariant v = rows.NoMatch() ? QVariant() : rows.Field(column);
+        other.Close();
+        return v;
+    }
+    void set(const QString &test, const QString &column, const QVariant &value) const
+    {
+        Recordset rows = st.db.OpenRecordset(QStringLiteral("test"));
+        rows.FindFirst(QStringLiteral("Name = '") + test + QStringLiteral("'"));
+        rows.Edit();
+        rows.SetField(column, value);
+        rows.Update();
+    }
+};
+
+std::unique_ptr<TestForm> openForm(const QString &test)
+{
+    st.testname = test;
+    auto form = std::make_unique<TestForm>();
+    form->show();
+    return form;
+}
+
+void type(QWidget *form, const char *box, const QString &text)
+{
+    auto *edit = form->findChild<QLineEdit *>(QLatin1String(box));
+    edit->setText(text);
+    QTest::keyClick(edit, Qt::Key_Return);
+}
+
+QString shown(QWidget *form, const char *box) { return form->findChild<QLineEdit *>(QLatin1String(box))->text(); }
+
+// A number as the locale shows it ("1048.50" or "1048,50").
+QString local(const char *text)
+{
+    QString s = QLatin1String(text);
+    return s.replace(QLatin1Char('.'), numberLocale().decimal);
+}
+
+}  // namespace
+
+class TestDefinition : public QObject {
+    Q_OBJECT
+private slots:
+    void frequencies_data()
+    {
+        QTest::addColumn<bool>("german");
+        QTest::newRow("en-US") << false;
+        QTest::newRow("de-DE") << true;
+    }
+    // The span box and its repair on either side: a start typed against the upper end moves
+    // itself down by one; otherwise the stop follows the start, up to 1051.
+    void frequencies()
+    {
+        QFETCH(bool, german);
+        Bench bench;
+        setNumberLocale(german ? NumberLocale::deDE() : NumberLocale::enUS());
+        auto form = openForm(kRadiated);
+        const QString span = QStringLiteral("Testsettings|(Stopfrequency - Startfrequency) < 1MHz");
+
+        type(form.get(), "Text2", QStringLiteral("1050"));
+        QVERIFY(kwtest::boxesOf(bench.boxes).isEmpty());
+        type(form.get(), "Text1", german ? QStringLiteral("1049,5") : QStringLiteral("1049.5"));
+        QCOMPARE(kwtest::boxesOf(bench.boxes), QStringList{span});
+        QCOMPARE(bench.stored(kRadiated, "startfreq").toDouble(), 1048.5);
+        QCOMPARE(bench.stored(kRadiated, "stopfreq").toDouble(), 1050.0);
+        QCOMPARE(shown(form.get(), "Text1"), local("1048.50"));
+
+        // The other mark is taken as the decimal mark as well.
+        type(form.get(), "Text1", german ? QStringLiteral("20.25") : QStringLiteral("20,25"));
+        QCOMPARE(bench.stored(kRadiated, "startfreq").toDouble(), 20.25);
+        QCOMPARE(shown(form.get(), "Text1"), local("20.25"));
+
+        type(form.get(), "Text2", QStringLiteral("400"));
+        type(form.get(), "Text1", QStringLiteral("1200"));  // clamped to 1050, above the stop
+        QCOMPARE(bench.stored(kRadiated, "startfreq").toDouble(), 1050.0);
+        QCOMPARE(bench.stored(kRadiated, "stopfreq").toDouble(), 1051.0);
+        QCOMPARE(shown(form.get(), "Text2"), local("1051.00"));
+
+        // After the stop: 1050 typed (or clamped to it) moves the start down by one.
+        type(form.get(), "Text1", local("1049.8"));
+        bench.boxes.shown.clear();
+        type(form.get(), "Text2", QStringLiteral("1060"));
+        QCOMPARE(kwtest::boxesOf(bench.boxes), QStringList{span});
+        QCOMPARE(bench.stored(kRadiated, "stopfreq").toDouble(), 1050.0);
+        QCOMPARE(float(bench.stored(kRadiated, "startfreq").toDouble()), 1048.8f);
+        QCOMPARE(shown(form.get(), "Text1"), local("1048.80"));
+        // Below: the stop becomes start + 1 whatever was typed.
+        type(form.get(), "Text2", QStringLiteral("-7"));
+        QCOMPARE(float(bench.stored(kRadiated, "stopfreq").toDouble()), 1049.8f);
+        QCOMPARE(shown(form.get(), "Text2"), local("1049.80"));
+        QCOMPARE(bench.boxes.shown.size(), size_t(2));
+    }
+
+    void levelsAndTimes_data() { frequencies_data(); }
+    // Reflevel through unit and attenuator, distance and dwell clamped, each shown in its format.
+    void levelsAndTimes()
+    {
+        QFETCH(bool, german);
+        Bench bench;
+        setNumberLocale(german ? NumberLocale::deDE() : NumberLocale::enUS());
+        bench.set(kRadiated, QStringLiteral("unit"), QStringLiteral("dBµV"));  // offset 107
+        bench.set(kRadiated, QStringLiteral("atten"), 10);
+        auto form = openForm(kRadiated);
+
+        type(form.get(), "Text3", QStringLiteral("90"));
+        QCOMPARE(bench.stored(kRadiated, "ref").toDouble(), -27.0);
+        QCOMPARE(shown(form.get(), "Text3"), local("90.0"));
+        type(form.get(), "Text3", QStringLiteral("200"));
+        QCOMPARE(bench.stored(kRadiated, "ref").toDouble(), -27.0);
+        type(form.get(), "Text3", QStringLiteral("-50"));
+        QCOMPARE(float(bench.stored(kRadiated, "ref").toDouble()), -99.8f);
+        QCOMPARE(shown(form.get(), "Text3"), local("17.2"));
+        type(form.get(), "Text3", local("50.5"));
+        QCOMPARE(float(bench.stored(kRadiated, "ref").toDouble()), -66.5f);
+
+        // The attenuator moves the box, not the stored level.
+        form->findChild<QRadioButton *>(QStringLiteral("att_3"))->click();
+        QCOMPARE(bench.stored(kRadiated, "atten").toDouble(), 30.0);
+        QCOMPARE(shown(form.get(), "Text3"), local("70.5"));
+        QCOMPARE(float(bench.stored(kRadiated, "ref").toDouble()), -66.5f);
+
+        type(form.get(), "Text4", QStringLiteral("150"));
+        QCOMPARE(bench.stored(kRadiated, "leveldist").toDouble(), 100.0);
+        QCOMPARE(shown(form.get(), "Text4"), local("100.0"));
+        type(form.get(), "Text4", local("-3.5"));
+        QCOMPARE(bench.stored(kRadiated, "leveldist").toDouble(), -3.5);
+
+        for (const auto &[typed, seconds] : {std::pair{"0", 1}, {"-5", 1}, {"12.7", 12}, {"99999", 10000}}) {
+            type(form.get(), "Text5", local(typed));
+            QCOMPARE(bench.stored(kRadiated, "meastime").toInt(), seconds);
+            QCOMPARE(shown(form.get(), "Text5"), QString::number(seconds));
+        }
+        // Not a number: nothing stored, the box shows the row again.
+        type(form.get(), "Text5", QStringLiteral("abc"));
+        QCOMPARE(bench.stored(kRadiated, "meastime").toInt(), 10000);
+        QCOMPARE(shown(form.get(), "Text5"), QStringLiteral("10000"));
+        QVERIFY(bench.boxes.shown.empty());
+    }
+
+    // Lookups that find nothing say "Not set"; a limit that is gone disables its button, and
+    // the judging choice stays as stored.
+    void missingDefinitions()
+    {
+        Bench bench;
+        bench.set(kRadiated, QStringLiteral("peak"), 77);
+        bench.set(kRadiated, QStringLiteral("config"), QStringLiteral("gone"));
+        bench.set(kRadiated, QStringLiteral("unit"), QStringLiteral("furlongs"));
+        auto form = openForm(kRadiated);
+        QCOMPARE(form->findChild<DBCombo *>(QStringLiteral("DBCombo3"))->Text(), QStringLiteral("Not set"));
+        QCOMPARE(form->findChild<DBCombo *>(QStringLiteral("DBCombo2"))->Text(), QStringLiteral("Not set"));
+        QCOMPARE(form->findChild<DBCombo *>(QStringLiteral("DBCombo5"))->Text(), QStringLiteral("dBmW"));
+        auto *peakActive = form->findChild<QRadioButton *>(QStringLiteral("oactive_0"));
+        auto *averageActive = form->findChild<QRadioButton *>(QStringLiteral("oactive_1"));
+        QVERIFY(!peakActive->isEnabled());
+        QVERIFY(peakActive->isChecked());
+        QVERIFY(!averageActive->isEnabled());  // the delivered test has no average limit
+        QCOMPARE(bench.stored(kRadiated, "limitbezug").toInt(), 0);
+
+        // Choosing a limit by name writes its number and frees the button.
+        auto *average = form->findChild<DBCombo *>(QStringLiteral("DBCombo4"));
+        average->setText(QStringLiteral("cispr 32 class b conducted av"));
+        QTest::keyClick(average, Qt::Key_Return);
+        QCOMPARE(bench.stored(kRadiated, "average").toInt(), 4);
+        QVERIFY(averageActive->isEnabled());
+        averageActive->click();
+        QCOMPARE(bench.stored(kRadiated, "limitbezug").toInt(), 1);
+        form->findChild<QPushButton *>(QStringLiteral("Command1"))->click();  // Clear the average
+        QCOMPARE(bench.stored(kRadiated, "average").toInt(), 0);
+        QVERIFY(!averageActive->isEnabled());
+        form->findChild<QPushButton *>(QStringLiteral("Command3"))->click();  // Clear the configuration
+        QCOMPARE(bench.stored(kRadiated, "config").toString(), QStringLiteral(" "));
+
+        // A unit chosen by name recomputes the reference box with its offset.
+        auto *unit = form->findChild<DBCombo *>(QStringLiteral("DBCombo5"));
+        unit->setText(QStringLiteral("dBµV"));
+        QTest::keyClick(unit, Qt::Key_Return);
+        QCOMPARE(bench.stored(kRadiated, "unit").toString(), QStringLiteral("dBµV"));
+        QCOMPARE(shown(form.get(), "Text3"), QStringLiteral("87.0"));  // -30 + 107 + 10
+    }
+
+    // Options and boxes write at once; Step locks what only a sweep uses; an old database has
+    // no ambient column and so no box for it.
+    void optionsAndVersions()
+    {
+        {
+            Bench bench;
+            auto form = openForm(kRadiated);
+            form->findChild<QRadioButton *>(QStringLiteral("omode_1"))->click();
+            QCOMPARE(bench.stored(kRadiated, "mode").toInt(), 1);
+            QVERIFY(form->findChild<QLineEdit *>(QStringLiteral("Text5"))->isReadOnly());
+            QVERIFY(!form->findChild<QRadioButton *>(QStringLiteral("oactive_0"))->isEnabled());
+            form->findChild<QRadioButton *>(QStringLiteral("rbw_2"))->click();
+            form->findChild<QRadioButton *>(QStringLiteral("detect_0"))->click();
+            form->findChild<QCheckBox *>(QStringLiteral("Check1"))->click();
+            form->findChild<QCheckBox *>(QStringLiteral("Check4"))->click();
+            form->findChild<QCheckBox *>(QStringLiteral("Check3"))->click();
+            QCOMPARE(bench.stored(kRadiated, "rbw").toInt(), 2);
+            QCOMPARE(bench.stored(kRadiated, "peakdet").toInt(), 0);
+            QCOMPARE(bench.stored(kRadiated, "avdet").toBool(), true);
+            QCOMPARE(bench.stored(kRadiated, "ambient").toBool(), true);
+            QCOMPARE(bench.stored(kRadiated, "vertical").toBool(), false);
+            QVERIFY(!form->findChild<QCheckBox *>(QStringLiteral("Check4"))->isHidden());
+            // Closing remembers the test for the next form.
+            st.testname.clear();
+            form->close();
+            QCOMPARE(st.testname, kRadiated);
+        }
+        Bench old(1.0f);
+        auto form = openForm(kRadiated);
+        QVERIFY(form->findChild<QCheckBox *>(QStringLiteral("Check4"))->isHidden());
+    }
+
+    // Add New refuses a name in any case; Copy takes everything but ambient; Delete shows the next.
+    void newCopyDelete()
+    {
+        Bench bench;
+        bench.set(kRadiated, QStringLiteral("ambient"), true);
+        NewTestForm dialog;
+        auto *name = dialog.findChild<QLineEdit *>(QStringLiteral("Text1"));
+        name->setText(QStringLiteral("   "));
+        dialog.addNew();
+        QVERIFY(bench.boxes.shown.empty());
+        name->setText(QStringLiteral(" Shielded room "));
+        dialog.addNew();
+        QVERIFY(bench.stored(QStringLiteral("Shielded room"), "Name").isValid());
+        QCOMPARE(dialog.findChild<DBCombo *>(QStringLiteral("DBCombo2"))->Text(), QStringLiteral("Shielded room"));
+        QCOMPARE(st.testname, QStringLiteral("Shielded room"));
+        name->setText(QStringLiteral("SHIELDED ROOM"));
+        dialog.addNew();
+        QCOMPARE(kwtest::boxesOf(bench.boxes), QStringList{QStringLiteral("Add new|Configuration exist ( SHIELDED ROOM )")});
+
+        auto *source = dialog.findChild<DBCombo *>(QStringLiteral("DBCombo1"));
+        source->setText(kRadiated);
+        QTest::keyClick(source, Qt::Key_Return);
+        dialog.copy();
+        for (const char *column : {"config", "peak", "average", "startfreq", "stopfreq", "peakdet", "avdet", "rbw", "ref",
+                                   "unit", "atten", "horizontal", "vertical", "mode", "leveldist", "meastime", "limitbezug"})
+            QCOMPARE(bench.stored(QStringLiteral("Shielded room"), column), bench.stored(kRadiated, column));
+        QVERIFY(!bench.stored(QStringLiteral("Shielded room"), "ambient").toBool());
+
+        // The form test opens on the new test.
+        auto form = openForm(st.testname);
+        QCOMPARE(form->findChild<DBCombo *>(QStringLiteral("DBCombo1"))->Text(), QStringLiteral("Shielded room"));
+        QCOMPARE(shown(form.get(), "Text2"), QStringLiteral("1000.00"));
+        form.reset();
+
+        DelTestForm remove;
+        auto *victim = remove.findChild<DBCombo *>(QStringLiteral("DBCombo2"));
+        victim->setText(QStringLiteral("CISPR 32 B conducted"));
+        remove.deleteTest();
+        QVERIFY(!bench.stored(QStringLiteral("CISPR 32 B conducted"), "Name").isValid());
+        QCOMPARE(victim->Text(), QStringLiteral("Shielded room"));
+    }
+};
+
+QTEST_MAIN(TestDefinition)
+#include "tst_testdefinition.moc"
