@@ -49,7 +49,7 @@ DefinitionPoints readDefinitionPoints(EditorData &points)
     return out;
 }
 
-double typedNumber(const QString &text)
+double editorNumber(const QString &text)
 {
     QString t = text;
     t.replace(QChar(st.decimalchar), QLatin1Char('.'));
@@ -68,10 +68,10 @@ void storePoint(Family family, EditorData &points, EditorData &heads, const QStr
 {
     ResumeNext onError;
     Recordset &rs = points.rows();
-    const float frequency = float(typedNumber(frequencyText));
+    const float frequency = float(editorNumber(frequencyText));
     openPoint(family, rs, heads, frequency);
     onError([&] { rs.SetField(QStringLiteral("frequency"), double(frequency)); });
-    onError([&] { rs.SetField(QStringLiteral("level_dbmw"), double(storedLevel(view, typedNumber(levelText)))); });
+    onError([&] { rs.SetField(QStringLiteral("level_dbmw"), double(storedLevel(view, editorNumber(levelText)))); });
     onError([&] { rs.Update(); });
     points.refresh();
     pointsChanged(family);

@@ -13,7 +13,7 @@ namespace kw {
 DefinitionPoints readDefinitionPoints(EditorData &points);
 
 // A number as typed into an editor box: the system's decimal mark, nothing typed is 0.
-double typedNumber(const QString &text);
+double editorNumber(const QString &text);
 
 // The stored value of a level shown (or typed) in the editor.
 float storedLevel(const LevelView &view, double shown);
