@@ -102,8 +102,8 @@ void writeSettings(ResumeNext &on, const std::vector<Column> &columns)
 {
     on([] { openInto(st.rs2, st.measdb, QStringLiteral("select * from settings")); });
     on([] { st.rs2.AddNew(); });
-    for (const auto &[name, value] : columns)
-        on([&] { st.rs2.SetField(QLatin1String(name), value()); });
+    for (const Column &column : columns)
+        on([&column] { st.rs2.SetField(QLatin1String(column.first), column.second()); });
     on([] { st.rs2.Update(); });
 }
 
