@@ -189,7 +189,9 @@ double vbCDbl(const QString &text, const NumberLocale &locale)
 
 float vbCSng(double value)
 {
-    if (std::isfinite(value) && std::fabs(value) > double(FLT_MAX))
+    // The runtime's doubles are never infinite or NaN: such a value is an overflow like any other
+    // beyond the float range, never a field that turns infinite.
+    if (!std::isfinite(value) || std::fabs(value) > double(FLT_MAX))
         throw VbError(6);
     return float(value);
 }

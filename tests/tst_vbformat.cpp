@@ -246,6 +246,9 @@ private slots:
         QCOMPARE(errorOf([] { vbCheckInteger(200 * 200); }), 6);
         QCOMPARE(vbCheckLong(200 * 200), 40000);
         QCOMPARE(errorOf([] { vbCSng(1e300); }), 6);
+        // A reply whose text reads as no finite number never becomes an infinite field.
+        QCOMPARE(errorOf([] { vbCSng(std::numeric_limits<double>::infinity()); }), 6);
+        QCOMPARE(errorOf([] { vbCSng(std::numeric_limits<double>::quiet_NaN()); }), 6);
     }
 
     void strings()
