@@ -12,7 +12,9 @@
 
 namespace {
 volatile std::sig_atomic_t quit = 0;
+volatile std::sig_atomic_t burstAsked = 0;
 void onSignal(int) { quit = 1; }
+void onBurst(int) { burstAsked = 1; }
 }  // namespace
 
 int main(int argc, char **argv)
@@ -39,7 +41,8 @@ int main(int argc, char **argv)
     const QCommandLineOption badChecksum(QStringLiteral("bad-checksum"), QStringLiteral("fault: sample blocks carry a wrong checksum"));
     const QCommandLineOption cutBlock(QStringLiteral("cut-block"), QStringLiteral("fault: sample blocks stop after n bytes"), QStringLiteral("n"));
     const QCommandLineOption noise(QStringLiteral("noise"), QStringLiteral("fault: stray bytes after every answer"));
-    parser.addOptions({model, firmware, baud, link, log, pace, warmup, noEcho, wrongEcho, noReply, unknownModel, vnZero,
+    const QCommandLineOption burstEvery(QStringLiteral("burst-every"), QStringLiteral("the bench sends a 0.3 s burst at 433.92 MHz every n seconds (SIGUSR1: one burst now)"), QStringLiteral("n"));
+    parser.addOptions({burstEvery, model, firmware, baud, link, log, pace, warmup, noEcho, wrongEcho, noReply, unknownModel, vnZero,
                        dutOff, noPreamp, badChecksum, cutBlock, noise});
     parser.process(app);
 
@@ -62,6 +65,8 @@ int main(int argc, char **argv)
         options.faults.noise = QByteArray("\x01\x7f~", 3);
 
     kt::PtyServer server(options);
+    if (parser.isSet(burstEvery))
+        server.withModel([&](kt::Analyser &a) { a.signal().scene().burstPeriod = parser.value(burstEvery).toDouble(); });
     if (!server.start()) {
         QTextStream(stderr) << "kt3400sim: " << server.error() << Qt::endl;
         return 1;
@@ -74,12 +79,17 @@ int main(int argc, char **argv)
 
     std::signal(SIGINT, onSignal);
     std::signal(SIGTERM, onSignal);
+    std::signal(SIGUSR1, onBurst);
     qsizetype logged = 0;
     QFile logFile(parser.value(log));
     if (parser.isSet(log))
         logFile.open(QIODevice::Append | QIODevice::Text);
     while (!quit) {
         usleep(100000);
+        if (burstAsked) {
+            burstAsked = 0;
+            server.withModel([](kt::Analyser &a) { a.burst(0.5); });
+        }
         if (logFile.isOpen()) {
             const QStringList commands = server.commandLog();
             for (; logged < commands.size(); ++logged)
