@@ -1,6 +1,7 @@
 #include "live/toolbar.h"
 
 #include "live/cycle.h"
+#include "shell/forms.h"
 #include "shell/mdi.h"
 #include "shell/toolpanel.h"
 #include "shell/uihooks.h"
@@ -29,11 +30,11 @@ void addToolButtons(Mdi &window)
     ToolPanel *panel = window.toolPanel();
     if (panel->findChild<QPushButton *>(QStringLiteral("Command2")))
         return;
-    button(panel, "Command1", "Print");
+    QPushButton *print = button(panel, "Command1", "Print");
     QPushButton *read = button(panel, "Command2", "Read");
     QPushButton *setRead = button(panel, "Command3", "Set/Read");
     QPushButton *erase = button(panel, "Command4", "Erase");
-    button(panel, "Command5", "Notes");
+    QPushButton *notes = button(panel, "Command5", "Notes");
     QPushButton *toolbox = button(panel, "Command6", "Toolbox");
     toolbox->hide();  // shown for firmware above 1.63
     uiHooks().toolboxVisible = [toolbox](bool visible) { toolbox->setVisible(visible); };
@@ -46,8 +47,13 @@ void addToolButtons(Mdi &window)
     });
     QObject::connect(setRead, &QPushButton::clicked, &window, [] { SetRead(); });
     QObject::connect(erase, &QPushButton::clicked, &window, [] { eraseall(); });
-    // Toolbox acts on the release of the button, before setsingle opens.
-    QObject::connect(toolbox, &QPushButton::released, &window, [] { toolboxPressed(); });
+    QObject::connect(print, &QPushButton::clicked, &window, [] { showForm(QStringLiteral("setprn")); });
+    QObject::connect(notes, &QPushButton::clicked, &window, [] { showForm(QStringLiteral("notesfrm")); });
+    // Toolbox acts on the release of the button: continuous reading ends, then setsingle opens.
+    QObject::connect(toolbox, &QPushButton::released, &window, [] {
+        toolboxPressed();
+        showForm(QStringLiteral("setsingle"));
+    });
 }
 
 }  // namespace kw

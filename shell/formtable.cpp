@@ -1,8 +1,19 @@
 #include "shell/forms.h"
 
+#include "live/toolforms.h"
+#include "plot/notesform.h"
+#include "shell/about.h"
+#include "store/settingsforms.h"
+
 namespace kw {
 
 // Each subsystem adds its forms here as they are written.
-void registerAllForms() {}
+void registerAllForms()
+{
+    registerToolForms();
+    registerNamedSettingsForms();
+    registerNotesForm();
+    registerAboutForm();
+}
 
 }  // namespace kw

@@ -3,6 +3,7 @@
 #include "link/connection.h"
 #include "shell/mdi.h"
 #include "shell/startup.h"
+#include "shell/toolmenu.h"
 #include "shell/state.h"
 #include "store/appdb.h"
 #include "store/settingfile.h"
@@ -99,6 +100,7 @@ void buildMainMenu(Mdi &window)
 
     onMenu(window, QStringLiteral("mnuseldata"), &mnuseldata);
     onMenu(window, QStringLiteral("mnuBeenden"), &mnuBeenden);
+    connectToolEntries(window);
 }
 
 void onMenu(Mdi &window, const QString &name, void (*command)(Mdi &))

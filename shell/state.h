@@ -115,6 +115,8 @@ struct State {
     int32_t autostoreinterval = 60;
     uint8_t autostoreon = 0;
     double autostorenext = 0;
+    uint8_t autostoreprint = 0;
+    int32_t autostorecount = 0;       // number of the next AutoStore file; 0 gives no number
     uint8_t liveread = 0;
     uint8_t redrawflag = 0;
     uint8_t stoprun = 0;
@@ -151,6 +153,7 @@ struct State {
     // Nothing beyond liveread, redrawflag and the trace data above: the cycle keeps no state.
 
     // ---- EMC test
+    QString testname;
 
     // ---- Persistence
     Database db;        // the application database, open from the load to the unload of the main window
@@ -180,6 +183,9 @@ struct State {
     uint8_t viewambient = 0;
     int16_t calcoffset = 0;       // dB
     uint8_t previewopen = 0;
+    // Cursor 1 as last shown: frequency in MHz and level in the display unit.
+    float cursor1freq = 0.0f;
+    float cursor1level = 0.0f;
 };
 
 // The one record of the program.
