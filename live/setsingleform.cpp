@@ -3,9 +3,11 @@
 #include "live/toolforms.h"
 #include "live/trigger.h"
 #include "platform/twips.h"
+#include "plot/report.h"
 #include "shell/forms.h"
 #include "shell/keyfilter.h"
 #include "shell/state.h"
+#include "shell/uihooks.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -159,6 +161,7 @@ void registerToolForms()
     registerForm(QStringLiteral("autost"), [] { return makeAutost(); });
     registerForm(QStringLiteral("setsingle"), [] { return new Setsingle; });
     liveHooks().autostore = [] { autostoreOnce(); };
+    uiHooks().printReport = [] { PrintReport(); };
 }
 
 }  // namespace kw

@@ -1,6 +1,7 @@
 #include "live/toolbar.h"
 
 #include "live/cycle.h"
+#include "plot/printforms.h"
 #include "shell/forms.h"
 #include "shell/mdi.h"
 #include "shell/toolpanel.h"
@@ -45,9 +46,9 @@ void addToolButtons(Mdi &window)
         if (QAction *save = window.menuEntry(QStringLiteral("mnusmeasurement")))
             save->setEnabled(true);
     });
+    QObject::connect(print, &QPushButton::clicked, &window, [] { showPrintSettings(); });
     QObject::connect(setRead, &QPushButton::clicked, &window, [] { SetRead(); });
     QObject::connect(erase, &QPushButton::clicked, &window, [] { eraseall(); });
-    QObject::connect(print, &QPushButton::clicked, &window, [] { showForm(QStringLiteral("setprn")); });
     QObject::connect(notes, &QPushButton::clicked, &window, [] { showForm(QStringLiteral("notesfrm")); });
     // Toolbox acts on the release of the button: continuous reading ends, then setsingle opens.
     QObject::connect(toolbox, &QPushButton::released, &window, [] {

@@ -6,9 +6,56 @@
 
 namespace kw {
 
+namespace {
+// The report names the fonts of the desktop it was first written for; their metric-compatible
+// free twins keep the page the same on every machine.
+void substituteFonts()
+{
+    static const bool done = [] {
+        QFont::insertSubstitution(QStringLiteral("arial"), QStringLiteral("Liberation Sans"));
+        QFont::insertSubstitution(QStringLiteral("Courier New"), QStringLiteral("Liberation Mono"));
+        return true;
+    }();
+    (void)done;
+}
+}  // namespace
+
 PainterSurface::PainterSurface()
 {
+    substituteFonts();
     font_.setPixelSize(11);
+}
+
+void PainterSurface::setFont(const QFont &font)
+{
+    font_ = font;
+    if (painter_)
+        painter_->setFont(font_);
+}
+
+void PainterSurface::setFont(const QString &name, double points, bool bold, bool underline)
+{
+    QFont font(name);
+    if (points > 0)
+        font.setPointSizeF(points);
+    font.setBold(bold);
+    font.setUnderline(underline);
+    setFont(font);
+}
+
+double PainterSurface::textWidth(const QString &text) const
+{
+    return fromDeviceDx(QFontMetricsF(font_, device_).horizontalAdvance(text));
+}
+
+void PainterSurface::moveTarget(const QRectF &target)
+{
+    target_ = target;
+    if (painter_ && painter_->isActive()) {
+        painter_->resetTransform();
+        painter_->setClipRect(target_);
+        painter_->translate(target_.topLeft());
+    }
 }
 
 PainterSurface::~PainterSurface() { flush(); }
@@ -98,7 +145,7 @@ void PainterSurface::print(const QString &text)
         applyPen(foreColour);
         drawMode = mode;
     }
-    const QFontMetricsF metrics(font_);
+    const QFontMetricsF metrics(font_, device_);
     const double x = toDeviceX(currentX);
     const double y = toDeviceY(currentY);
     p.drawText(QPointF(x, y + metrics.ascent()), text);

@@ -27,8 +27,10 @@ public:
     void clear() override;
     void line(double x1, double y1, double x2, double y2, int colour) override;
     void print(const QString &text) override;
+    void setFont(const QString &name, double points, bool bold, bool underline = false) override;
+    double textWidth(const QString &text) const override;
 
-    void setFont(const QFont &font) { font_ = font; }
+    void setFont(const QFont &font);
     void setBackground(const QColor &colour) { background_ = colour; }
     // Ends the painter so that the device can be read or shown; the next call opens it again.
     void flush();
@@ -36,6 +38,8 @@ public:
 protected:
     // The device and the part of it that is this area.
     void setTarget(QPaintDevice *device, const QRectF &target);
+    // Another part of the same device while the painter stays open: the next sheet of a print.
+    void moveTarget(const QRectF &target);
     QPainter &painter();
 
 private:

@@ -45,6 +45,25 @@ double Surface::toDeviceY(double y) const
     return height_ == 0 ? 0 : tame((y - top_) / height_ * deviceHeight());
 }
 
+double Surface::fromDeviceDx(double dx) const
+{
+    const double w = deviceWidth();
+    return w == 0 ? 0 : dx / w * width_;
+}
+
+void Surface::setFont(const QString &, double, bool, bool) {}
+
+double Surface::textWidth(const QString &) const { return 0; }
+
+void Surface::printInline(const QString &text)
+{
+    const double x = currentX;
+    const double y = currentY;
+    print(text);
+    currentX = x + textWidth(text);
+    currentY = y;
+}
+
 double Surface::fromDeviceDy(double dy) const
 {
     const double h = deviceHeight();

@@ -47,6 +47,14 @@ public:
     // Text whose top left corner stands at (currentX, currentY), in the foreground colour; the
     // position then moves to the start of the next line, as a print does.
     virtual void print(const QString &text) = 0;
+    // The font of the following prints, by name and size in points; a surface without fonts of
+    // its own passes over it.
+    virtual void setFont(const QString &name, double points, bool bold, bool underline = false);
+    // Width of a text in user units in the present font; 0 where the surface does not measure.
+    virtual double textWidth(const QString &text) const;
+    // A print that leaves the position behind the text on the same line, as a print ending in a
+    // semicolon does: the parts of a header line in several colours follow one another.
+    void printInline(const QString &text);
 
     double currentX = 0;
     double currentY = 0;
@@ -60,6 +68,7 @@ protected:
     double toDeviceX(double x) const;
     double toDeviceY(double y) const;
     double fromDeviceDy(double dy) const;
+    double fromDeviceDx(double dx) const;
 
 private:
     double left_ = 0;

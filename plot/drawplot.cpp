@@ -18,17 +18,6 @@ constexpr int kNoScale = 1000;  // grafikmin while no data has given a scale
 // table that changes under the pass.
 constexpr int kMostPasses = 8;
 
-LimitLine limitLine(bool maxHold)
-{
-    LimitLine limit;
-    if (plotSources().limitRows)
-        limit.rows = plotSources().limitRows(maxHold);
-    limit.searchable = st.filemode == 0;
-    limit.colour = maxHold ? 12 : 9;
-    limit.logflag = maxHold ? st.lmaxlog : st.lavelog;
-    return limit;
-}
-
 // The limit's extent against the scale: dB against plot units, so a limit widens the scale only
 // once its value in dB passes the scale's value in plot units. True when the pass must restart.
 bool widenScale()
@@ -59,12 +48,12 @@ void frameAndLimits(PlotForm &form)
         form.picture1().drawWidth = 2;
 
         if (st.viewlimitmax && st.grafikmin < kNoScale)
-            drawLimit(limitLine(true));
+            drawLimit(shownLimit(true));
         if (widenScale())
             continue;
         if (!st.viewlimitave || st.grafikmin >= kNoScale)
             return;
-        drawLimit(limitLine(false));
+        drawLimit(shownLimit(false));
         if (!widenScale())
             return;
     }
@@ -76,6 +65,25 @@ void scanFileTraces(PlotForm &form)
     form.setCaption(QStringLiteral("Measure date: ") + vbGeneralDate(st.dat));
     form.setMemoryLabel(st.mode > 0 ? QStringLiteral("Sweep") : QStringLiteral("Mem B"));
     form.picture1().drawWidth = 1;
+    scanMeasurementFile();
+}
+
+}  // namespace
+
+LimitLine shownLimit(bool maxHold)
+{
+    LimitLine limit;
+    if (plotSources().limitRows)
+        limit.rows = plotSources().limitRows(maxHold);
+    limit.searchable = st.filemode == 0;
+    limit.colour = maxHold ? 12 : 9;
+    limit.logflag = maxHold ? st.lmaxlog : st.lavelog;
+    limit.name = maxHold ? st.maxholdname : st.averagename;
+    return limit;
+}
+
+void scanMeasurementFile()
+{
     if (!plotSources().measurementRows)
         return;
     // An empty table still runs its scan: it draws nothing, and counts its 0 rows.
@@ -83,8 +91,6 @@ void scanFileTraces(PlotForm &form)
     if (rows)
         scanFile(*rows);
 }
-
-}  // namespace
 
 std::function<void()> &previewDrawing()
 {

@@ -1,7 +1,8 @@
 #include "plot/filescan.h"
 
 #include "platform/vbformat.h"
-#include "plot/plotform.h"
+#include "plot/page.h"
+#include "platform/surface.h"
 #include "plot/plotline.h"
 #include "shell/state.h"
 
@@ -43,10 +44,12 @@ bool memoryShown() { return st.viewb || st.viewab; }
 
 void zeroSpanScan(MeasurementRows &rows)
 {
-    PlotForm *form = plotForm();
-    if (!form)
+    Surface *area = plotSurface();
+    if (!area)
         return;
-    Surface &p1 = form->picture1();
+    Surface &p1 = *area;
+    // A page also draws the quasi-peak of a zero span measurement; the screen does not.
+    const bool qpeak = currentPage() && st.viewqpeak;
     const int32_t n = rows.recordCount();
     MeasPoint left, right;
     for (int32_t i = 2; i <= n; ++i) {
@@ -55,7 +58,9 @@ void zeroSpanScan(MeasurementRows &rows)
         readPoint(rows, right);
         const double x1 = double(i - 2) * 1000000.0 / n;
         const double x2 = double(i - 1) * 1000000.0 / n;
-        auto draw = [&](int column, uint8_t colour) { p1.line(x1, left.level[column], x2, right.level[column], colour); };
+        auto draw = [&](int column, uint8_t colour) {
+            p1.line(x1, left.level[column], x2, right.level[column], ink(colour));
+        };
         if (st.viewsample)
             draw(kSample, kSampleColour);
         if (st.viewaverage)
@@ -64,6 +69,8 @@ void zeroSpanScan(MeasurementRows &rows)
             draw(kMaxhold, kMaxholdColour);
         if (memoryShown())
             draw(kMemory, kMemoryColour);
+        if (qpeak)
+            draw(kQPeak, kQPeakColour);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/vbformat.h"
 #include "plot/axes.h"
+#include "plot/page.h"
 #include "plot/plotform.h"
 #include "plot/plotline.h"
 #include "shell/state.h"
@@ -18,15 +19,26 @@ constexpr uint8_t kLabelColour = 5;
 constexpr uint8_t kZeroHzColour = 0;
 constexpr double kMostGridLines = 100000.0;
 
-void gridLine(float frequency, uint8_t colour) { PlotLine(frequency, st.grafikmin, frequency, st.grafikmax, colour); }
-
-void zeroSpanAxis(PlotForm &form)
+void gridLine(float frequency, uint8_t colour)
 {
-    Surface &p3 = form.picture3();
-    p3.foreColour = kLabelColour;
-    p3.currentY = 10;
-    p3.currentX = 1000;
-    p3.print(zeroSpanText(st.freqstart));
+    PlotLine(frequency, st.grafikmin, frequency, st.grafikmax, axisColour(colour));
+}
+
+void zeroSpanAxis()
+{
+    Surface *strip = currentPage();
+    if (strip) {
+        strip->currentY = st.grafikmin;
+    } else {
+        PlotForm *form = plotForm();
+        if (!form)
+            return;
+        strip = &form->picture3();
+        strip->currentY = 10;
+    }
+    strip->foreColour = axisColour(kLabelColour);
+    strip->currentX = 1000;
+    strip->print(zeroSpanText(st.freqstart));
 }
 
 void logarithmicAxis()
@@ -56,14 +68,13 @@ void logarithmicAxis()
     FreqTick(st.decadehigh, kLabelColour);
 }
 
-void linearAxis(PlotForm &form)
+void linearAxis(Surface &area)
 {
     if (st.freqstart < 0.0f) {
         // The plot reaches below 0 Hz: a thick line marks 0 Hz and there is no left label.
-        Surface &p1 = form.picture1();
-        p1.drawWidth = 2;
+        area.drawWidth = 2;
         gridLine(0.0f, kZeroHzColour);
-        p1.drawWidth = 1;
+        area.drawWidth = 1;
     } else {
         FreqTick(st.freqstart, kLabelColour);
     }
@@ -75,9 +86,9 @@ void linearAxis(PlotForm &form)
     FreqTick(st.freqstop, kLabelColour);
 }
 
-void levelLine(Surface &p1, float y)
+void levelLine(Surface &area, float y)
 {
-    p1.line(0, y, kPlotWidth, y, kGridColour);
+    area.line(0, y, kPlotWidth, y, axisColour(kGridColour));
     LevelTick(y, kLabelColour);
 }
 
@@ -112,8 +123,21 @@ void SetPlotScale()
 
 void FreqTick(float frequency, uint8_t colour)
 {
+    if (frequency < 0.0f)
+        return;
+    if (Surface *page = currentPage()) {
+        // On a page the label stands under the plot, without a tick.
+        const double x = FreqToX(frequency);
+        if (x < 0)
+            return;
+        page->foreColour = axisColour(colour);
+        page->currentY = onPaper() ? st.grafikmin - 1 : st.grafikmin;
+        page->currentX = x;
+        page->print(FormatFrequency(frequency));
+        return;
+    }
     PlotForm *form = plotForm();
-    if (!form || frequency < 0.0f)
+    if (!form)
         return;
     const double x = FreqToX(frequency);
     if (x < 0)
@@ -128,6 +152,14 @@ void FreqTick(float frequency, uint8_t colour)
 
 void LevelTick(float y, uint8_t colour)
 {
+    if (Surface *page = currentPage()) {
+        // Left of the plot on a page, without a tick.
+        page->foreColour = axisColour(colour);
+        page->currentY = y;
+        page->currentX = -(kPlotWidth / 15);
+        page->print(vbFormat(double(y) / 2.5 + double(st.unitoffset), QStringLiteral("###0.0")));
+        return;
+    }
     PlotForm *form = plotForm();
     if (!form)
         return;
@@ -160,22 +192,22 @@ void DistanceCaption()
 
 void DrawFrequencyGrid()
 {
-    PlotForm *form = plotForm();
-    if (!form)
+    Surface *area = plotSurface();
+    if (!area)
         return;
     switch (frequencyAxis()) {
-    case FreqAxis::ZeroSpan: zeroSpanAxis(*form); break;
+    case FreqAxis::ZeroSpan: zeroSpanAxis(); break;
     case FreqAxis::Logarithmic: logarithmicAxis(); break;
-    case FreqAxis::Linear: linearAxis(*form); break;
+    case FreqAxis::Linear: linearAxis(*area); break;
     }
 }
 
 void DrawLevelGrid()
 {
-    PlotForm *form = plotForm();
-    if (!form)
+    Surface *area = plotSurface();
+    if (!area)
         return;
-    Surface &p1 = form->picture1();
+    Surface &p1 = *area;
     const float r = float((double(st.reflevel) + double(st.attenuator)) * 2.5);
     const float step = float(2.5 * st.dbperdiv);
     if (!(step > 0.0f) || !std::isfinite(r))

@@ -1,8 +1,9 @@
 #include "plot/limitwalk.h"
 
 #include "platform/vbformat.h"
+#include "platform/surface.h"
 #include "plot/axes.h"
-#include "plot/plotform.h"
+#include "plot/page.h"
 #include "plot/plotline.h"
 #include "shell/state.h"
 
@@ -12,7 +13,20 @@ namespace kw {
 
 namespace {
 
-constexpr int kPieces = 50;
+constexpr int kNameOffset = 10000;  // the name of a limit starts one per cent right of its line
+
+const QString *walkedName = nullptr;
+
+void limitName(float frequency, int16_t y, const QString &text, uint8_t colour)
+{
+    Surface *page = currentPage();
+    if (!page)
+        return;
+    page->currentX = FreqToX(frequency) + kNameOffset;
+    page->currentY = y;
+    page->foreColour = ink(colour);
+    page->print(text);
+}
 
 // Level in dB to plot units, truncated, as a 16-bit value; nothing when it does not fit.
 std::optional<int16_t> plotY(double level)
@@ -27,8 +41,12 @@ void line(float fa, double la, float fb, double lb, uint8_t colour)
 {
     const auto ya = plotY(la);
     const auto yb = plotY(lb);
-    if (ya && yb)
-        PlotLine(fa, *ya, fb, *yb, colour);
+    if (!ya || !yb || !PlotLine(fa, *ya, fb, *yb, colour))
+        return;
+    if (walkedName && st.limitnameprinted == 0 && currentPage()) {
+        limitName(fa, *ya, *walkedName, colour);
+        st.limitnameprinted = 1;
+    }
 }
 
 // The extent is kept in dB, rounded to 16 bits: the widening compares it with plot units as it is.
@@ -75,14 +93,16 @@ void zeroSpanLimit(const LimitLine &limit)
     const float l1 = *above->level;
     if (st.freqstart > f0 && f1 != f0)
         l0 = (l1 - l0) * (st.freqstart - f0) / (f1 - f0) + l0;
-    if (PlotForm *form = plotForm())
-        form->picture1().line(0, double(l0) * 2.5, kPlotWidth, double(l0) * 2.5, limit.colour);
+    // A zero span axis has no x for the limit's name: the line stands without it.
+    if (Surface *area = plotSurface())
+        area->line(0, double(l0) * 2.5, kPlotWidth, double(l0) * 2.5, ink(limit.colour));
     widen(l0);
 }
 
 void pieces(float a, float l0, float b, float l1, bool logInterpolation, uint8_t colour)
 {
-    const float s = (b - a) / float(kPieces);
+    const int count = curvedLimitPieces();
+    const float s = (b - a) / float(count);
     const float last = b - s;
     const double la = log10floor(a);
     const double lb = log10floor(b);
@@ -98,7 +118,7 @@ void pieces(float a, float l0, float b, float l1, bool logInterpolation, uint8_t
         return;
     }
     int guard = 0;
-    for (float f = a; f <= last && guard < 4 * kPieces; f += s, ++guard)
+    for (float f = a; f <= last && guard < 4 * count; f += s, ++guard)
         line(f, level(f), f + s, level(f + s), colour);
 }
 
@@ -166,12 +186,15 @@ void walk(const LimitLine &limit)
 
 void drawLimit(const LimitLine &limit)
 {
+    st.limitnameprinted = 0;
     if (limit.rows.empty())
         return;
+    walkedName = &limit.name;
     if (st.mode == 0 && st.span < 1)
         zeroSpanLimit(limit);
     else
         walk(limit);
+    walkedName = nullptr;
 }
 
 }  // namespace kw

@@ -3,6 +3,7 @@
 // range, drawn straight or as 50 short pieces where the limit's interpolation and the axis
 // disagree; and the limit's extent gathered for the widening of the level scale.
 
+#include <QString>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -23,9 +24,11 @@ struct LimitLine {
     bool searchable = true;
     uint8_t colour = 12;
     int16_t logflag = 0;  // -1: the limit is interpolated logarithmically in frequency
+    QString name;         // put beside the line on a page
 };
 
-// Draws the line as the present axis asks and widens st.limitlow / st.limithigh (in dB).
+// Draws the line as the present axis asks and widens st.limitlow / st.limithigh (in dB). On a page
+// the name of the limit stands once at the left end of the first piece drawn.
 void drawLimit(const LimitLine &limit);
 
 }  // namespace kw

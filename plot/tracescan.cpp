@@ -1,6 +1,7 @@
 #include "plot/tracescan.h"
 
 #include "platform/vbformat.h"
+#include "plot/page.h"
 #include "plot/plotform.h"
 #include "plot/plotline.h"
 #include "shell/state.h"
@@ -21,14 +22,18 @@ struct Shown {
 
 void scanArrays()
 {
-    PlotForm *form = plotForm();
-    if (!form)
+    Surface *area = plotSurface();
+    if (!area)
         return;
-    const bool zeroSpan = st.span < 1;
-    form->setButtons(true, !zeroSpan, true);
-    form->setMemoryLabel(QStringLiteral("Mem B"));
-    Surface &p1 = form->picture1();
-    p1.drawWidth = 1;
+    PlotForm *form = currentPage() ? nullptr : plotForm();
+    // A page draws the trace of a stepped run along its frequencies even below 1 MHz of span.
+    const bool zeroSpan = st.span < 1 && (form || st.mode != 1);
+    if (form) {
+        form->setButtons(true, !zeroSpan, true);
+        form->setMemoryLabel(QStringLiteral("Mem B"));
+    }
+    Surface &p1 = *area;
+    p1.drawWidth = traceWidth();
 
     const Shown traces[] = {
         {st.viewsample != 0, &st.sampledata, 2, "   Sam:", st.sampledate},
@@ -56,17 +61,20 @@ void scanArrays()
             const int16_t y1 = (*t.data)[size_t(i - 1)];
             const int16_t y2 = (*t.data)[size_t(i)];
             if (zeroSpan)
-                p1.line(x1, y1, x2, y2, t.colour);
+                p1.line(x1, y1, x2, y2, ink(t.colour));
             else
                 PlotLine(f1, y1, f2, y2, t.colour);
-            // Strictly greater: among equal values the first in trace order and index stays.
-            if (y2 > st.peaklevel) {
+            // Strictly greater: among equal values the first in trace order and index stays. The
+            // peak is the screen's; a report leaves it alone.
+            if (form && y2 > st.peaklevel) {
                 st.peaklevel = y2;
                 st.peakfreq = zeroSpan ? float(x2) : f2;
             }
         }
     }
 
+    if (!form)
+        return;
     QString caption;
     for (const Shown &t : traces)
         if (t.on)

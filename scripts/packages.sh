@@ -1,5 +1,6 @@
 # Debian packages the build, the tests and the program need; installed when missing.
-KW_PACKAGES=(cmake ninja-build g++ qt6-base-dev qt6-serialport-dev libqt6sql6-sqlite libqt6opengl6-dev sqlite3)
+KW_PACKAGES=(cmake ninja-build g++ qt6-base-dev qt6-serialport-dev libqt6sql6-sqlite libqt6opengl6-dev sqlite3
+             fonts-liberation poppler-utils)
 
 ensure_packages() {
   local missing=()

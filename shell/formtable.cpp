@@ -2,6 +2,7 @@
 
 #include "live/toolforms.h"
 #include "plot/notesform.h"
+#include "plot/printforms.h"
 #include "shell/about.h"
 #include "store/settingsforms.h"
 
@@ -14,6 +15,7 @@ void registerAllForms()
     registerNamedSettingsForms();
     registerNotesForm();
     registerAboutForm();
+    registerReportForms();
 }
 
 }  // namespace kw

@@ -1,6 +1,7 @@
 #include "shell/menu.h"
 
 #include "link/connection.h"
+#include "plot/printforms.h"
 #include "shell/mdi.h"
 #include "shell/startup.h"
 #include "shell/toolmenu.h"
@@ -101,6 +102,7 @@ void buildMainMenu(Mdi &window)
     onMenu(window, QStringLiteral("mnuseldata"), &mnuseldata);
     onMenu(window, QStringLiteral("mnuBeenden"), &mnuBeenden);
     connectToolEntries(window);
+    connectPrintMenu(window);
 }
 
 void onMenu(Mdi &window, const QString &name, void (*command)(Mdi &))

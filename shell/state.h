@@ -153,7 +153,6 @@ struct State {
     // Nothing beyond liveread, redrawflag and the trace data above: the cycle keeps no state.
 
     // ---- EMC test
-    QString testname;
 
     // ---- Persistence
     Database db;        // the application database, open from the load to the unload of the main window
@@ -183,6 +182,20 @@ struct State {
     uint8_t viewambient = 0;
     int16_t calcoffset = 0;       // dB
     uint8_t previewopen = 0;
+    QString testname;             // the EMC test in work
+    // The report's options, for the run of the program only.
+    uint8_t printvertical = 0;    // portrait, with the notes under the plot
+    uint8_t printcursor = 0;
+    uint8_t printcolor = 1;
+    uint8_t printnotes = 0;
+    uint8_t printdate = 1;
+    uint8_t printbusy = 0;        // a report or preview pass runs; refuses re-entry
+    uint8_t limitnameprinted = 0; // the limit in work has its name on the page
+    // The crosshairs: x 0..1000000, y in plot units.
+    int32_t cursor1x = 100000;
+    int32_t cursor1y = 0;
+    int32_t cursor2x = 200000;
+    int32_t cursor2y = 0;
     // Cursor 1 as last shown: frequency in MHz and level in the display unit.
     float cursor1freq = 0.0f;
     float cursor1level = 0.0f;

@@ -17,7 +17,8 @@ struct UiHooks {
     // Before setting.def is written: the forms put their placement (twips) into st.formpos.
     std::function<void()> storeFormPositions;
     std::function<void()> configurationChanged;  // configname and the distance labels of grafik
-    // The printed report on the printer, as the print dialog starts it; installed by the report.
+    // The printed report on the printer, for AutoStore and the trigger; the main window's forms
+    // install the report's PrintReport.
     std::function<void()> printReport;
     // Creates the measurement file st.measurefile anew and writes the live measurement and the
     // settings into it; installed by the measurement file subsystem. A failure may throw VbError

@@ -1,5 +1,7 @@
 #include "store/settingsforms.h"
 
+#include "platform/datacontrol.h"
+#include "platform/dbcombo.h"
 #include "platform/onerror.h"
 #include "platform/recordset.h"
 #include "platform/vbformat.h"
@@ -8,9 +10,7 @@
 #include "shell/state.h"
 #include "store/namedsettings.h"
 
-#include <QComboBox>
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -24,21 +24,24 @@ namespace {
 // Name fields take no key once the trimmed text is longer than this.
 constexpr int kNameKeyLimit = 80;
 
-void limitNameKeys(QWidget *control, std::function<QString()> text)
+// A Data control of the dialog over the application database, opened at the load; one that could
+// not open leaves the recordset unset, and the work on it passes its errors over.
+Data *openData(QWidget *form, const char *name, const QString &source, int type = dbOpenDynaset)
 {
-    onKeyPress(control, [text = std::move(text)](KeyPress &key) {
-        if (vbTrim(text()).size() > kNameKeyLimit)
-            key.ascii = 0;
-    });
+    auto *data = named(new Data(form), name);
+    data->setRecordSource(source);
+    data->setRecordsetType(type);
+    data->setDatabaseName(st.databasefile);
+    ResumeNext onError;
+    onError([&] { data->Refresh(); });
+    return data;
 }
 
-// The dialogs' recordsets on table settings, each on its own opening of the application
-// database, held for as long as the dialog is loaded.
-Recordset openSettings(const QString &source, int type)
+Recordset recordsetOf(Data *data)
 {
     ResumeNext onError;
     Recordset rs;
-    onError([&] { rs = OpenDatabase(vbTrim(st.databasefile)).OpenRecordset(source, type); });
+    onError([&] { rs = data->recordset(); });
     return rs;
 }
 
@@ -48,48 +51,36 @@ public:
     {
         setWindowTitle(QStringLiteral("Save settings"));
         text1_ = named(new QLineEdit(this), "Text1");
-        grid_ = named(new QListWidget(this), "DBGrid1");
+        auto *grid = named(new QListWidget(this), "DBGrid1");
         auto *command1 = named(new QPushButton(QStringLiteral("Save settings"), this), "Command1");
         auto *layout = new QVBoxLayout(this);
         layout->addWidget(text1_);
-        layout->addWidget(grid_, 1);
+        layout->addWidget(grid, 1);
         auto *buttons = new QHBoxLayout;
         buttons->addStretch(1);
         buttons->addWidget(command1);
         layout->addLayout(buttons);
         resize(380, 300);
 
-        data1_ = openSettings(QStringLiteral("settings"), dbOpenDynaset);
-        fillNames();
+        data1_ = openData(this, "Data1", QStringLiteral("settings"));
+        Data *data2 = openData(this, "Data2", QStringLiteral("select name from settings"), dbOpenSnapshot);
+        grid->addItems(data2->listOf(QStringLiteral("name")));
 
-        connect(grid_, &QListWidget::itemClicked, this, [this](QListWidgetItem *item) { text1_->setText(item->text()); });
-        limitNameKeys(text1_, [this] { return text1_->text(); });
+        connect(grid, &QListWidget::itemClicked, this, [this](QListWidgetItem *item) { text1_->setText(item->text()); });
+        onKeyPress(text1_, [this](KeyPress &key) {
+            if (vbTrim(text1_->text()).size() > kNameKeyLimit)
+                key.ascii = 0;
+        });
         connect(command1, &QPushButton::released, this, [this] {
-            if (savesetting(data1_, text1_->text()))
+            Recordset rs = recordsetOf(data1_);
+            if (savesetting(rs, text1_->text()))
                 unloadSelf(this);
         });
     }
 
 private:
-    void fillNames()
-    {
-        Recordset data2 = openSettings(QStringLiteral("select name from settings"), dbOpenSnapshot);
-        ResumeNext onError;
-        grid_->clear();
-        bool more = false;
-        onError([&] { more = data2.RecordCount() > 0 && !data2.Eof(); });
-        while (more && onError.number == 0) {
-            onError([&] {
-                grid_->addItem(data2.FieldText(QStringLiteral("name")));
-                data2.MoveNext();
-                more = !data2.Eof();
-            });
-        }
-    }
-
     QLineEdit *text1_ = nullptr;
-    QListWidget *grid_ = nullptr;
-    Recordset data1_;
+    Data *data1_ = nullptr;
 };
 
 class Loadset : public QWidget {
@@ -97,10 +88,10 @@ public:
     Loadset()
     {
         setWindowTitle(QStringLiteral("Load settings"));
-        combo_ = named(new QComboBox(this), "DBCombo1");
-        combo_->setEditable(true);
-        combo_->setInsertPolicy(QComboBox::NoInsert);
+        data1_ = openData(this, "Data1", QStringLiteral("settings"));
+        combo_ = named(new DBCombo(this), "DBCombo1");
         combo_->setMinimumWidth(320);
+        combo_->setRowSource(data1_, QStringLiteral("name"));
         auto *command1 = named(new QPushButton(QStringLiteral("Load settings"), this), "Command1");
         auto *layout = new QVBoxLayout(this);
         layout->addWidget(combo_);
@@ -109,18 +100,19 @@ public:
         buttons->addWidget(command1);
         layout->addLayout(buttons);
 
-        data1_ = openSettings(QStringLiteral("settings"), dbOpenDynaset);
-        fillList();
-
-        limitNameKeys(combo_->lineEdit(), [this] { return combo_->currentText(); });
+        combo_->keyPress = [this](int &key) {
+            if (vbTrim(combo_->Text()).size() > kNameKeyLimit)
+                key = 0;
+        };
         // Choosing or typing a name moves the recordset to that row.
         connect(combo_, &QComboBox::currentTextChanged, this, [this](const QString &text) {
             ResumeNext onError;
             if (hasRows())
-                onError([&] { data1_.FindFirst(QStringLiteral("name = '") + text + QStringLiteral("'")); });
+                onError([&] { data1_->FindFirst(QStringLiteral("name = '") + text + QStringLiteral("'")); });
         });
         connect(command1, &QPushButton::released, this, [this] {
-            if (loadsetting(data1_, combo_->currentText()) != LoadOutcome::NoRows)
+            Recordset rs = recordsetOf(data1_);
+            if (loadsetting(rs, combo_->Text()) != LoadOutcome::NoRows)
                 unloadSelf(this);
         });
     }
@@ -129,9 +121,8 @@ protected:
     void showEvent(QShowEvent *event) override
     {
         QWidget::showEvent(event);
-        ResumeNext onError;
         if (hasRows())
-            onError([&] { combo_->setEditText(data1_.FieldText(QStringLiteral("name"))); });
+            combo_->setText(data1_->currentText(QStringLiteral("name")));
     }
 
 private:
@@ -139,27 +130,12 @@ private:
     {
         ResumeNext onError;
         bool rows = false;
-        onError([&] { rows = data1_.RecordCount() > 0; });
-        return rows;
+        onError([&] { rows = recordsetOf(data1_).RecordCount() > 0; });
+        return rows && onError.number == 0;
     }
 
-    void fillList()
-    {
-        ResumeNext onError;
-        if (!hasRows())
-            return;
-        QStringList names;
-        onError([&] {
-            for (data1_.MoveFirst(); !data1_.Eof(); data1_.MoveNext())
-                names << data1_.FieldText(QStringLiteral("name"));
-            data1_.MoveFirst();
-        });
-        const QSignalBlocker quiet(combo_);
-        combo_->addItems(names);
-    }
-
-    QComboBox *combo_ = nullptr;
-    Recordset data1_;
+    DBCombo *combo_ = nullptr;
+    Data *data1_ = nullptr;
 };
 
 }  // namespace

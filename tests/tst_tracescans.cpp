@@ -8,6 +8,7 @@
 #include "plot/plotsources.h"
 #include "plot/tracescan.h"
 #include "shell/state.h"
+#include "support/measfile.h"
 #include "support/recordingplot.h"
 
 #include <QTemporaryDir>
@@ -15,6 +16,7 @@
 
 using namespace kw;
 using kwtest::RecordingPlot;
+using kwtest::measurementFile;
 
 namespace {
 
@@ -27,23 +29,6 @@ std::vector<VectorRows::Row> flatRows(int n, float level = -50.0f)
             rows[size_t(i)][size_t(c)] = level;
     }
     return rows;
-}
-
-// A measurement file with the measurement and limitlines tables as the program writes them.
-Database measurementFile(const QString &path)
-{
-    Database file = CreateDatabase(path);
-    const QList<QPair<QString, QStringList>> tables = {
-        {"Measurement", {"Frequency", "Sample_dBmW", "Average_dBmW", "Maxhold_dBmW", "QPeak_dBmW", "memory_dBmW",
-                         "Ambient_H_dBmW", "Ambient_V_dBmW"}},
-        {"Limitlines", {"avefreq", "Average_dBmW", "maxfreq", "Maxhold_dBmW"}}};
-    for (const auto &[name, columns] : tables) {
-        TableDef table{name, {}};
-        for (const QString &column : columns)
-            table.fields.push_back({column, FieldType::Single, 0});
-        file.AppendTable(table);
-    }
-    return file;
 }
 
 }  // namespace

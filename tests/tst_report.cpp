@@ -1,0 +1,428 @@
+// The report as a person holds it: PDFs of a live read, a ".mes" in zero span and a finished
+// ".emc" run, read back with pdftotext and looked at with pdftoppm; the preview drawn by numbers
+// and as a picture; the keys of the headline box.
+#include "platform/dialogs.h"
+#include "platform/paintersurface.h"
+#include "plot/drawplot.h"
+#include "plot/grafik.h"
+#include "plot/plotsources.h"
+#include "plot/printforms.h"
+#include "plot/report.h"
+#include "shell/state.h"
+#include "support/measfile.h"
+#include "support/testfiles.h"
+#include "support/recordingplot.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace kw;
+using kwtest::RecordingSurface;
+
+namespace {
+
+QString run(const QString &program, const QStringList &args)
+{
+    QProcess p;
+    p.start(program, args);
+    p.waitForFinished(30000);
+    return QString::fromUtf8(p.readAllStandardOutput());
+}
+
+// The text of the pages, blanks and line ends each made one blank: where labels of the page overlap,
+// the reader breaks lines in other places.
+QString pdfText(const QString &pdf) { return run(QStringLiteral("pdftotext"), {pdf, QStringLiteral("-")}); }
+QString pdfWords(const QString &pdf) { return pdfText(pdf).simplified(); }
+
+// Width and height in points of each page.
+QList<QSizeF> pdfPages(const QString &pdf)
+{
+    QList<QSizeF> pages;
+    static const QRegularExpression count(QStringLiteral("Pages:\\s+(\\d+)"));
+    const QString last = count.match(run(QStringLiteral("pdfinfo"), {pdf})).captured(1);
+    if (last.isEmpty())
+        return pages;
+    const QString info =
+        run(QStringLiteral("pdfinfo"), {QStringLiteral("-f"), QStringLiteral("1"), QStringLiteral("-l"), last, pdf});
+    static const QRegularExpression size(QStringLiteral("Page\\s+\\d+ size:\\s+([\\d.]+) x ([\\d.]+)"));
+    for (auto it = size.globalMatch(info); it.hasNext();) {
+        const auto m = it.next();
+        pages << QSizeF(m.captured(1).toDouble(), m.captured(2).toDouble());
+    }
+    return pages;
+}
+
+QImage pdfPicture(const QString &pdf, int page = 1)
+{
+    const QString prefix = pdf + QStringLiteral(".p") + QString::number(page);
+    run(QStringLiteral("pdftoppm"), {QStringLiteral("-r"), QStringLiteral("100"), QStringLiteral("-f"), QString::number(page),
+                                     QStringLiteral("-l"), QString::number(page), QStringLiteral("-png"),
+                                     QStringLiteral("-singlefile"), pdf, prefix});
+    return QImage(prefix + QStringLiteral(".png"));
+}
+
+enum class Hue { Any, Red, Green, Blue, Magenta };
+
+// Pixels of a clear hue; black, white and the greys of smoothed edges count for none.
+int colouredPixels(const QImage &image, Hue hue = Hue::Any)
+{
+    int n = 0;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor c = image.pixelColor(x, y);
+            const int r = c.red(), g = c.green(), b = c.blue();
+            bool match = false;
+            switch (hue) {
+            case Hue::Any: match = std::max({r, g, b}) - std::min({r, g, b}) >= 60; break;
+            case Hue::Red: match = r - std::max(g, b) >= 60; break;
+            case Hue::Green: match = g - std::max(r, b) >= 40; break;
+            case Hue::Blue: match = b - std::max(r, g) >= 60; break;
+            case Hue::Magenta: match = std::min(r, b) - g >= 40; break;
+            }
+            n += match ? 1 : 0;
+        }
+    return n;
+}
+
+// The report into pdf; with KW_KEEP_PICTURES set a copy stays in the working directory to look at.
+void writeReport(const QString &pdf)
+{
+    printReportToPdf(pdf);
+    if (!qEnvironmentVariableIsEmpty("KW_KEEP_PICTURES")) {
+        static int n = 0;
+        QFile::copy(pdf, QStringLiteral("report%1.pdf").arg(++n));
+    }
+}
+
+std::vector<LimitRow> limitOf(std::initializer_list<std::pair<float, float>> points)
+{
+    std::vector<LimitRow> rows;
+    for (const auto &[f, l] : points)
+        rows.push_back({f, l});
+    return rows;
+}
+
+// A live read of 0..1000 MHz: Sample flat at -80 dB, Max hold at -60 dB, a max hold limit at
+// -40 dB in three pieces.
+void liveRead()
+{
+    kwtest::plotFrame(0.0f, 1000.0f);
+    st.viewsample = 1;
+    st.viewmaxhold = 1;
+    st.viewb = 1;
+    st.viewlimitmax = 1;
+    st.maxholdname = QStringLiteral("Class B peak");
+    st.sampledate = st.maxholddate = st.memorydate = 46000.5;
+    for (int i = 1; i <= 2001; ++i) {
+        st.sampledata[size_t(i)] = -200;
+        st.maxholddata[size_t(i)] = -150;
+        st.memorydata[size_t(i)] = -220;
+    }
+    plotSources().limitRows = [](bool maxHold) {
+        return maxHold ? limitOf({{0, -40}, {300, -40}, {600, -40}, {1000, -40}}) : std::vector<LimitRow>{};
+    };
+}
+
+// A finished run: stems at 100..900 MHz over a sweep, both ambients, and the file's limits.
+QString emcFile(const QString &dir)
+{
+    const QString path = dir + QStringLiteral("/run.emc");
+    Database file = kwtest::measurementFile(path);
+    QString rows;
+    for (int i = 0; i <= 200; ++i) {
+        const double f = 30.0 + i * 4.5;
+        const bool stem = i % 40 == 20;
+        rows += QStringLiteral("%1(%2, %3, %4, %5, %6, %7, -95, -93)")
+                    .arg(rows.isEmpty() ? QString() : QStringLiteral(","))
+                    .arg(f)
+                    .arg(stem ? 10 : -1000)
+                    .arg(stem ? -45 : -1000)
+                    .arg(stem ? -35 : -1000)
+                    .arg(stem ? -40 : -1000)
+                    .arg(-70);
+    }
+    file.Execute(QStringLiteral("insert into Measurement (Frequency, Sample_dBmW, Average_dBmW, Maxhold_dBmW, "
+                                "QPeak_dBmW, memory_dBmW, Ambient_H_dBmW, Ambient_V_dBmW) values ") +
+                 rows);
+    file.Execute(QStringLiteral("insert into Limitlines (avefreq, Average_dBmW, maxfreq, Maxhold_dBmW) values "
+                                "(30, -50, 30, -40), (230, -50, 230, -40), (230, -43, 230, -33), (1000, -43, 1000, -33)"));
+    file.Close();
+    kwtest::plotFrame(30.0f, 1000.0f);
+    st.filemode = 1;
+    st.mode = 2;
+    st.measurefile = path;
+    st.testname = QStringLiteral("EN 55011 radiated   ");
+    st.viewmaxhold = st.viewqpeak = st.viewaverage = st.viewb = 1;
+    st.viewhorizontal = st.viewvertical = st.viewambient = 1;
+    st.viewlimitmax = st.viewlimitave = 1;
+    st.maxholdname = QStringLiteral("QP line");
+    st.averagename = QStringLiteral("AV line");
+    return path;
+}
+
+}  // namespace
+
+class TestReport : public QObject {
+    Q_OBJECT
+private slots:
+    void init()
+    {
+        resetState();
+        resetPlotSources();
+        setDialogs(&boxes);
+        boxes = ScriptedDialogs{};
+    }
+    void cleanup()
+    {
+        setDialogs(nullptr);
+        resetPlotSources();
+        previewArea() = PreviewArea{};
+    }
+
+    void liveReportCarriesHeaderLimitNameAndCursorReadouts()
+    {
+        Grafik form;
+        liveRead();
+        st.headline = QStringLiteral("Bench 4 conducted");
+        st.unit = QStringLiteral("dBuV                ");
+        st.unitoffset = 107;
+        st.configdist = 3;
+        st.correctionon = 1;
+        st.ucflag = 1;
+        st.printcursor = 1;
+        form.findChild<QLabel *>(QStringLiteral("freqa"))->setText(QStringLiteral("---"));
+        form.findChild<QLabel *>(QStringLiteral("leva"))->setText(QStringLiteral("-12.5"));
+        const QTemporaryDir dir;
+        const QString pdf = dir.filePath(QStringLiteral("live.pdf"));
+        writeReport(pdf);
+        QCOMPARE(st.printbusy, uint8_t(0));
+
+        const QString text = pdfWords(pdf);
+        for (const char *expected : {"Bench 4 conducted", "Sam: ", "Max.HLD: ", "Mem: ", "RBW: 400kHz", "Print date: ",
+                                     "Unit: ", "dBuV", "Distance from DUT: 3m", "UNCAL", "C2: Freq.: ", "C1-C2: Freq.: ",
+                                     "C1", "C2"})
+            QVERIFY2(text.contains(QLatin1String(expected)), expected);
+        QVERIFY(text.contains(QStringLiteral("C1: Freq.: --- Lev.:-12.5dBuV")));
+        // Three pieces of the limit, one name; a level label in the unit.
+        QCOMPARE(text.count(QStringLiteral("Class B peak")), 1);
+        QVERIFY(text.contains(QStringLiteral("67.0")));  // -40 dB + 107
+        QVERIFY(!text.contains(QStringLiteral("Notes:")));
+        const QList<QSizeF> pages = pdfPages(pdf);
+        QCOMPARE(pages.size(), 1);
+        QVERIFY(pages[0].width() > pages[0].height());  // landscape
+
+        // Without dates the tags keep their blanks and the print date goes.
+        st.printdate = 0;
+        st.printcursor = 0;
+        writeReport(pdf);
+        const QString undated = pdfWords(pdf);
+        QVERIFY(!undated.contains(QStringLiteral("Print date")));
+        QVERIFY(!undated.contains(QStringLiteral("Sam:")));
+        QVERIFY(undated.contains(QStringLiteral("Sam")));
+        QVERIFY(undated.contains(QStringLiteral("Mem")));
+        QVERIFY(!undated.contains(QStringLiteral("C1: Freq.")));
+        QVERIFY(boxes.shown.empty());
+    }
+
+    void limitColourOnlyWhenPrintedInColour()
+    {
+        liveRead();
+        const QTemporaryDir dir;
+        const QString pdf = dir.filePath(QStringLiteral("c.pdf"));
+        writeReport(pdf);
+        QImage page = pdfPicture(pdf);
+        QVERIFY(!page.isNull());
+        // The limit runs across the plot at -40 dB: red along it, green trace, red max hold.
+        QVERIFY(colouredPixels(page, Hue::Red) > 200);
+        QVERIFY(colouredPixels(page, Hue::Green) > 100);
+
+        st.printcolor = 0;
+        st.printcursor = 1;
+        writeReport(pdf);
+        page = pdfPicture(pdf);
+        QVERIFY(!page.isNull());
+        QCOMPARE(colouredPixels(page), 0);
+    }
+
+    void landscapeNotesComeOnAPortraitSheetAfterOneMessage()
+    {
+        // A live zero span read at 123.45 MHz.
+        kwtest::plotFrame(123.45f, 123.45f);
+        st.span = 0;
+        st.centerfreq = 123.45f;
+        st.viewsample = 1;
+        st.printnotes = 1;
+        st.note = QStringLiteral("Cable 2 replaced\r\nEUT in mode B   ");
+        const QTemporaryDir dir;
+        const QString pdf = dir.filePath(QStringLiteral("n.pdf"));
+        writeReport(pdf);
+        QCOMPARE(kwtest::boxesOf(boxes), QStringList{QStringLiteral("Print|Ready to print notes? (Turn the paper)")});
+        const QList<QSizeF> pages = pdfPages(pdf);
+        QCOMPARE(pages.size(), 2);
+        QVERIFY(pages[0].width() > pages[0].height());
+        QVERIFY(pages[1].width() < pages[1].height());
+        const QString text = pdfText(pdf);
+        const QString second = text.section(QLatin1Char('\f'), 1);
+        for (const char *expected : {"CF: 123.45MHz", "SPAN: 0.0MHz", "RBW: 400.00kHz", "ATTN.: 10.0dB",
+                                     "Videofilter: Off", "TG: OFF", "10dB/div", "Notes:", "Cable 2 replaced",
+                                     "EUT in mode B"})
+            QVERIFY2(second.contains(QLatin1String(expected)), expected);
+        QVERIFY(text.section(QLatin1Char('\f'), 0, 0).contains(QStringLiteral("Zerospan / Freq: 123.45M")));
+        QVERIFY(!text.section(QLatin1Char('\f'), 0, 0).contains(QStringLiteral("Notes:")));
+
+        // Portrait: the notes under the plot on the one sheet, and no message.
+        boxes.shown.clear();
+        st.printvertical = 1;
+        writeReport(pdf);
+        QVERIFY(boxes.shown.empty());
+        QCOMPARE(pdfPages(pdf).size(), 1);
+        QVERIFY(pdfPages(pdf)[0].width() < pdfPages(pdf)[0].height());
+        QVERIFY(pdfText(pdf).contains(QStringLiteral("EUT in mode B")));
+        QVERIFY(!pdfText(pdf).contains(QStringLiteral("CF: ")));
+    }
+
+    void finishedRunPrintsItsStemsLimitsAndTest()
+    {
+        const QTemporaryDir dir;
+        emcFile(dir.path());
+        const QString pdf = dir.filePath(QStringLiteral("e.pdf"));
+        writeReport(pdf);
+        const QString text = pdfWords(pdf);
+        QVERIFY(text.count(QStringLiteral("Peak")) > text.count(QStringLiteral("QPeak")));
+        for (const char *expected : {"QPeak", "Sweep", "EN 55011 radiated", "Unit: "})
+            QVERIFY2(text.contains(QLatin1String(expected)), expected);
+        QVERIFY(!text.contains(QStringLiteral("Peak: ")));  // a file's traces carry no times
+        QCOMPARE(text.count(QStringLiteral("QP line")), 1);
+        QCOMPARE(text.count(QStringLiteral("AV line")), 1);
+        const QImage coloured = pdfPicture(pdf);
+        QVERIFY(colouredPixels(coloured, Hue::Magenta) > 0);  // quasi-peak stems
+        QVERIFY(colouredPixels(coloured, Hue::Blue) > 0);    // average limit
+
+        // Black under printcolor 0, ambients and cursors included.
+        st.printcolor = 0;
+        st.printcursor = 1;
+        writeReport(pdf);
+        QCOMPARE(colouredPixels(pdfPicture(pdf)), 0);
+    }
+
+    void previewDrawsTheReportWithItsOwnTagsAndNoSheet()
+    {
+        liveRead();
+        RecordingSurface picture(400, 560);
+        previewArea().picture = &picture;
+        st.printcursor = 1;
+        st.printnotes = 1;
+        st.note = QStringLiteral("a\nb");
+        DrawPreview();
+        QStringList texts = picture.textList();
+        QVERIFY(texts.contains(QStringLiteral("CA")));
+        QVERIFY(texts.contains(QStringLiteral("CB")));
+        QVERIFY(texts.filter(QStringLiteral("Cursor 1-2: Freq.: ")).size() == 1);
+        QCOMPARE(texts.count(QStringLiteral("Class B peak")), 1);
+        QVERIFY(!texts.contains(QStringLiteral("Notes:")));  // landscape: the notes sheet is the paper's
+        QVERIFY(boxes.shown.empty());
+        // The limit at width 2 in its colour, the traces at width 1.
+        QVERIFY(!picture.linesOf(12).empty());
+        for (const auto &l : picture.linesOf(2))
+            QCOMPARE(l.width, 1);
+        QCOMPARE(picture.linesOf(12).front().width, 2);
+
+        st.printvertical = 1;
+        DrawPreview();
+        texts = picture.textList();
+        QVERIFY(texts.contains(QStringLiteral("Notes:")));
+        QVERIFY(texts.contains(QStringLiteral("a")));
+
+        // A pass while one runs is refused; DrawPlot refreshes an open preview.
+        const int clears = picture.clears;
+        st.printbusy = 1;
+        DrawPreview();
+        QCOMPARE(picture.clears, clears);
+        st.printbusy = 0;
+        kwtest::RecordingPlot screen;
+        st.previewopen = 1;
+        previewDrawing() = &DrawPreview;
+        DrawPlot();
+        previewDrawing() = nullptr;
+        QCOMPARE(picture.clears, clears + 1);
+    }
+
+    void previewOfAZeroSpanFileShowsTheQuasiPeakTheScreenLeavesOut()
+    {
+        const QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("z.mes"));
+        Database file = kwtest::measurementFile(path);
+        file.Execute(QStringLiteral("insert into Measurement (Frequency, Sample_dBmW, QPeak_dBmW) values "
+                                    "(100, -60, -50), (100, -61, -50), (100, -62, -50)"));
+        file.Close();
+        kwtest::plotFrame(100.0f, 100.0f);
+        st.span = 0;
+        st.filemode = 1;
+        st.measurefile = path;
+        st.viewsample = st.viewqpeak = 1;
+        kwtest::RecordingPlot screen;
+        DrawPlot();
+        QVERIFY(screen.p1.linesOf(5).empty());
+        RecordingSurface picture(400, 560);
+        previewArea().picture = &picture;
+        DrawPreview();
+        QCOMPARE(int(picture.linesOf(5).size()), 2);
+        QCOMPARE(int(picture.linesOf(2).size()), 2);
+        st.printcolor = 0;
+        DrawPreview();
+        QVERIFY(picture.linesOf(5).empty());
+        QCOMPARE(int(picture.linesOf(0).size()), int(picture.lines.size()));
+    }
+
+    void previewPictureShowsPlotAndLimitAtAFixedSize()
+    {
+        liveRead();
+        ImageSurface picture(380, 533);
+        previewArea().picture = &picture;
+        DrawPreview();
+        const QImage image = picture.image();
+        QVERIFY(colouredPixels(image, Hue::Red) > 100);
+        QVERIFY(colouredPixels(image, Hue::Green) > 100);
+        QVERIFY(!qEnvironmentVariableIsEmpty("KW_KEEP_PICTURES") ? image.save(QStringLiteral("preview.png")) : true);
+    }
+
+    void headlineBoxTakesSixtyOneCharactersAndNoMore()
+    {
+        Setprn form;
+        form.show();
+        auto *text1 = form.findChild<QLineEdit *>(QStringLiteral("Text1"));
+        QVERIFY(text1);
+        QCOMPARE(text1->text(), st.headline);
+        text1->clear();
+        QTest::keyClicks(text1, QString(61, QLatin1Char('x')));
+        QCOMPARE(text1->text().size(), 61);
+        QTest::keyClick(text1, Qt::Key_Y);
+        QTest::keyClick(text1, Qt::Key_Backspace);
+        QCOMPARE(text1->text().size(), 61);
+        // Cut shorter by other means, keys are taken again.
+        text1->setText(QStringLiteral("Lab 3   "));
+        QTest::keyClick(text1, Qt::Key_Backspace);
+        QTest::keyClick(text1, Qt::Key_Return);
+        QCOMPARE(st.headline, QStringLiteral("Lab 3"));
+
+        // The options: a click sets the record.
+        auto *vertical = form.findChild<QCheckBox *>(QStringLiteral("Check2"));
+        auto *colour = form.findChild<QCheckBox *>(QStringLiteral("Check7"));
+        QVERIFY(colour->isChecked());
+        QTest::mouseClick(vertical, Qt::LeftButton);
+        QTest::mouseClick(colour, Qt::LeftButton);
+        QCOMPARE(st.printvertical, uint8_t(1));
+        QCOMPARE(st.printcolor, uint8_t(0));
+    }
+
+private:
+    ScriptedDialogs boxes;
+};
+
+QTEST_MAIN(TestReport)
+#include "tst_report.moc"
