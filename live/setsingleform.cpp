@@ -106,6 +106,7 @@ public:
             if (key.ascii == 13)
                 key.ascii = 0;
         });
+        paintFromRecord();
     }
 
     ~Setsingle() override

@@ -115,17 +115,23 @@ public:
             if (loadsetting(rs, combo_->Text()) != LoadOutcome::NoRows)
                 unloadSelf(this);
         });
+        showCurrentName();
     }
 
 protected:
     void showEvent(QShowEvent *event) override
     {
         QWidget::showEvent(event);
+        showCurrentName();
+    }
+
+private:
+    void showCurrentName()
+    {
         if (hasRows())
             combo_->setText(data1_->currentText(QStringLiteral("name")));
     }
 
-private:
     bool hasRows() const
     {
         ResumeNext onError;
