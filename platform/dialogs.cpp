@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QInputDialog>
 #include <QMessageBox>
 
@@ -33,6 +34,41 @@ QString qtFilter(const QString &filter)
 // Unattended runs (the test suite) must never wait for a person: a box that no test scripted is
 // written to the log and answered as if OK or cancel was pressed.
 bool unattended() { return qEnvironmentVariableIsSet("KW_UNATTENDED"); }
+
+// The classic dialog's properties on the platform dialog. The default extension goes on in lower
+// case, as the program names its own files, so that saved files match the patterns on a file
+// system that tells case apart.
+std::optional<QString> platformFileDialog(const FileRequest &r)
+{
+    QFileDialog box(QApplication::activeWindow(), r.title, r.dir);
+    const QStringList parts = r.filter.split(QLatin1Char('|'));
+    QStringList names;
+    for (int i = 0; i + 1 < parts.size(); i += 2) {
+        // Qt reads the patterns from the brackets of the name; the pattern half is what counts.
+        names << parts[i].trimmed().section(QLatin1Char('('), 0, 0).trimmed() + QStringLiteral(" (") + parts[i + 1].trimmed() + QLatin1Char(')');
+    }
+    box.setNameFilters(names);
+    if (r.filterIndex >= 1 && r.filterIndex <= names.size())
+        box.selectNameFilter(names[r.filterIndex - 1]);
+    QString ext = r.defaultExt;
+    if (ext.startsWith(QLatin1Char('.')))
+        ext.remove(0, 1);
+    box.setDefaultSuffix(ext.toLower());
+    box.setAcceptMode(r.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    box.setFileMode(r.save || !(r.flags & FileRequest::FileMustExist) ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    box.setOption(QFileDialog::DontConfirmOverwrite, !(r.flags & FileRequest::OverwritePrompt));
+    for (;;) {
+        if (box.exec() != QDialog::Accepted || box.selectedFiles().isEmpty())
+            return std::nullopt;
+        const QString name = box.selectedFiles().constFirst();
+        if (!(r.flags & FileRequest::CreatePrompt) || QFileInfo::exists(name))
+            return name;
+        const auto create = QMessageBox::question(&box, r.title, QFileInfo(name).fileName() +
+                                                  QStringLiteral("\nThis file does not exist.\nDo you want to create it?"));
+        if (create == QMessageBox::Yes)
+            return name;
+    }
+}
 
 class RealDialogs : public Dialogs {
 public:
@@ -81,12 +117,23 @@ public:
             return std::nullopt;
         return name;
     }
+    std::optional<QString> chooseFile(const FileRequest &request) override
+    {
+        if (unattended())
+            return std::nullopt;
+        return platformFileDialog(request);
+    }
 };
 
 RealDialogs realDialogs;
 Dialogs *current = &realDialogs;
 
 }  // namespace
+
+std::optional<QString> Dialogs::chooseFile(const FileRequest &r)
+{
+    return r.save ? saveFile(r.title, r.filter, r.dir) : openFile(r.title, r.filter, r.dir);
+}
 
 Dialogs &dialogs() { return *current; }
 
@@ -132,6 +179,13 @@ std::optional<QString> ScriptedDialogs::openFile(const QString &title, const QSt
 std::optional<QString> ScriptedDialogs::saveFile(const QString &title, const QString &filter, const QString &)
 {
     shown.push_back({QStringLiteral("save"), title, filter, Buttons::OkCancel});
+    return takeNext(files);
+}
+
+std::optional<QString> ScriptedDialogs::chooseFile(const FileRequest &request)
+{
+    shown.push_back({request.save ? QStringLiteral("save") : QStringLiteral("open"), request.title, request.filter, Buttons::OkCancel});
+    fileRequests.push_back(request);
     return takeNext(files);
 }
 

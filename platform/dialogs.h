@@ -13,6 +13,24 @@ namespace kw {
 enum class Buttons { Ok, OkCancel, YesNo, YesNoCancel };
 enum class Answer { Ok, Cancel, Yes, No };
 
+// The common file dialog's properties. flags are the classic dialog's bits; of them the platform
+// dialog honours the overwrite prompt, the create prompt and that an opened file must exist.
+struct FileRequest {
+    static constexpr int OverwritePrompt = 0x2;
+    static constexpr int HideReadOnly = 0x4;
+    static constexpr int PathMustExist = 0x800;
+    static constexpr int FileMustExist = 0x1000;
+    static constexpr int CreatePrompt = 0x2000;
+
+    bool save = false;
+    QString title;
+    QString filter;      // "Measurement (*.mes) |*.mes|EMC (*.emc) |*.emc": name and pattern pairs
+    int filterIndex = 1; // 1-based pair shown first
+    QString defaultExt;  // added to a name typed without one ("MES", ".emc")
+    int flags = 0;
+    QString dir;
+};
+
 struct ShownBox {
     QString kind;  // "message", "input", "open", "save"
     QString title;
@@ -29,6 +47,9 @@ public:
     // File dialogs: empty optional when cancelled. filter as "Text (*.mes)|*.mes".
     virtual std::optional<QString> openFile(const QString &title, const QString &filter, const QString &dir) = 0;
     virtual std::optional<QString> saveFile(const QString &title, const QString &filter, const QString &dir) = 0;
+    // The file dialog with all its properties; empty optional when cancelled. By default the
+    // plain open or save dialog.
+    virtual std::optional<QString> chooseFile(const FileRequest &request);
 };
 
 // The dialogs in use; real boxes unless a test installed a scripted set.
@@ -42,11 +63,15 @@ public:
     std::deque<std::optional<QString>> inputs;
     std::deque<std::optional<QString>> files;
     std::vector<ShownBox> shown;
+    std::vector<FileRequest> fileRequests;  // every chooseFile, in order
 
     Answer message(const QString &title, const QString &text, Buttons buttons) override;
     std::optional<QString> input(const QString &title, const QString &prompt, const QString &start) override;
     std::optional<QString> openFile(const QString &title, const QString &filter, const QString &dir) override;
     std::optional<QString> saveFile(const QString &title, const QString &filter, const QString &dir) override;
+    // Recorded in shown as "open" or "save" with the filter as text, and in fileRequests; answered
+    // from files.
+    std::optional<QString> chooseFile(const FileRequest &request) override;
 
     int count(const QString &title) const;
 };

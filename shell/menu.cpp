@@ -3,6 +3,7 @@
 #include "link/connection.h"
 #include "plot/printforms.h"
 #include "shell/mdi.h"
+#include "shell/measurementmenu.h"
 #include "shell/startup.h"
 #include "shell/toolmenu.h"
 #include "shell/state.h"
@@ -100,6 +101,7 @@ void buildMainMenu(Mdi &window)
     window.menuEntry(QStringLiteral("mnunormal"))->setChecked(true);
 
     onMenu(window, QStringLiteral("mnuseldata"), &mnuseldata);
+    registerMeasurementMenu(window);
     onMenu(window, QStringLiteral("mnuBeenden"), &mnuBeenden);
     connectToolEntries(window);
     connectPrintMenu(window);

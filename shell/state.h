@@ -153,6 +153,11 @@ struct State {
     // Nothing beyond liveread, redrawflag and the trace data above: the cycle keeps no state.
 
     // ---- EMC test
+    QString testname;           // the test in work, kept between forms; a loaded .emc file names it
+    uint8_t runmode = 0;        // 0 Sweep + Step, 1 Step
+    uint8_t detmaxhold = 0;     // detectors the test wants
+    uint8_t detqpeak = 0;
+    uint8_t detaverage = 0;
 
     // ---- Persistence
     Database db;        // the application database, open from the load to the unload of the main window

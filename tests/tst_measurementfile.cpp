@@ -1,0 +1,454 @@
+#include "platform/clock.h"
+#include "platform/onerror.h"
+#include "platform/recordset.h"
+#include "platform/vbformat.h"
+#include "plot/drawplot.h"
+#include "plot/measurementtable.h"
+#include "plot/plotsources.h"
+#include "shell/state.h"
+#include "store/measurementfile.h"
+#include "support/programdir.h"
+#include "support/recordingplot.h"
+
+#include <QProcess>
+#include <QStandardPaths>
+#include <QtTest>
+
+using namespace kw;
+using kwtest::RecordingPlot;
+
+namespace {
+
+constexpr double kSavedAt = 46000.5;  // the clock's "now" while a file is written
+
+// A value as a 32-bit float column gives it back.
+double f(double value) { return double(float(value)); }
+
+// Limits of the delivered database's shape, with point counts of our choosing: limit n has n
+// points at 10, 20, ... MHz, levels -10 - n, -20 - n, ...
+void addLimit(int limitnr, int points)
+{
+    for (int k = 1; k <= points; ++k)
+        st.db.Execute(QStringLiteral("insert into limitdef values (%1, %2, %3)").arg(limitnr).arg(10 * k).arg(-10 * k - limitnr));
+}
+
+// Every column of every row of a table, in the file's order, by plain SQL.
+QList<QVariantList> rowsOf(const QString &path, const QString &table)
+{
+    Database file = OpenDatabase(path);
+    Recordset rs = file.OpenRecordset(QStringLiteral("select * from ") + table, dbOpenSnapshot);
+    QList<QVariantList> rows;
+    const QStringList names = rs.FieldNames();
+    while (!rs.Eof()) {
+        QVariantList row;
+        for (const QString &n : names) {
+            const QVariant v = rs.Field(n);
+            row << (v.isNull() ? QVariant() : v);
+        }
+        rows << row;
+        rs.MoveNext();
+    }
+    file.Close();
+    return rows;
+}
+
+// A live measurement as the record holds it after a read: four traces with negative and odd
+// counts, and a view with a value of its own in every saved field.
+void liveMeasurement()
+{
+    st.freqstart = 30.0f;
+    st.freqstop = 1030.0f;
+    st.pointcount = 2001;
+    for (int i = 0; i <= 2048; ++i) {
+        st.sampledata[size_t(i)] = int16_t(-i);
+        st.averagedata[size_t(i)] = int16_t(-i - 1);
+        st.maxholddata[size_t(i)] = int16_t(i - 1000);
+        st.memorydata[size_t(i)] = int16_t(7);
+    }
+    st.centerfreq = 530.0f;
+    st.reflevel = -20.0f;
+    st.attenuator = 20.0f;
+    st.bandwith = 120;
+    st.videofilter = 3;
+    st.span = 1000;
+    st.unit = QStringLiteral("dBµV");
+    st.correctionon = 1;
+    st.configname = QStringLiteral("OATS 3 m");
+    st.readmode = 2;
+    st.viewsample = 1;
+    st.viewaverage = 1;
+    st.viewmaxhold = 0;
+    st.viewb = 1;
+    st.viewab = 0;
+    st.viewqpeak = 1;  // written as 0: live traces have no quasi-peak
+    st.viewlimitmax = 1;
+    st.viewlimitave = 0;
+    st.averagename = QStringLiteral("Class B AV");
+    st.maxholdname = QStringLiteral("Class B QP");
+    st.tgon = 1;
+    st.tglevel = -35.5f;
+    st.lmaxdist = 3.5f;   // bytes in the file: halves to even
+    st.lavedist = 10.4f;
+    st.configdist = 2.5f;
+    st.lmaxlog = -1;
+    st.lavelog = 0;
+    st.grafikmin = -300;
+    st.grafikmax = 25;
+    st.headline = QStringLiteral("Lab 2, it's \"quoted\"");
+    st.note = QStringLiteral("  first line\rsecond  ");
+}
+
+// The record as at a start, still on the test's application database.
+void freshState()
+{
+    const Database db = st.db;
+    resetState();
+    st.db = db;
+}
+
+void writeMes(const QString &path)
+{
+    st.measurefile = path;
+    QCOMPARE(CreateMeasurementFile(), uint8_t(0));
+    WriteMeasurementFile();
+}
+
+}  // namespace
+
+struct Pairing { int average; int maxhold; int rows; };
+Q_DECLARE_METATYPE(Pairing)
+
+class TestMeasurementFile : public QObject {
+    Q_OBJECT
+    QTemporaryDir dir_;
+    std::unique_ptr<test::TempProgramDir> program_;
+
+    QString file(const QString &name) const { return dir_.filePath(name); }
+
+private slots:
+    void initTestCase() { setNowSource([] { return kSavedAt; }); }
+    void cleanupTestCase() { setNowSource(nullptr); }
+    void init()
+    {
+        resetState();
+        resetPlotSources();
+        program_ = std::make_unique<test::TempProgramDir>();
+        st.db = OpenDatabase(program_->file(QStringLiteral("default.mdb")));
+        addLimit(903, 3);
+        addLimit(905, 5);
+    }
+    void cleanup()
+    {
+        ResumeNext on;
+        on([] { st.db.Close(); });
+        program_.reset();
+    }
+
+    void createdFileHasTheThreeTablesInColumnOrder()
+    {
+        const QString path = file(QStringLiteral("layout.mes"));
+        st.measurefile = path + QStringLiteral("    ");  // the record's path may carry blanks
+        QCOMPARE(CreateMeasurementFile(), uint8_t(0));
+        const QString tool = QStandardPaths::findExecutable(QStringLiteral("sqlite3"));
+        if (tool.isEmpty())
+            QSKIP("the sqlite3 tool is not installed");
+        QProcess sqlite;
+        sqlite.start(tool, {QStringLiteral("-batch"), path,
+                            QStringLiteral("select m.name, group_concat(p.name || ':' || p.type, ' ') from sqlite_master m, "
+                                           "pragma_table_info(m.name) p where m.type = 'table' group by m.name order by m.rowid")});
+        QVERIFY(sqlite.waitForFinished(10000));
+        const QStringList lines = QString::fromUtf8(sqlite.readAllStandardOutput()).trimmed().split(QLatin1Char('\n'));
+        QCOMPARE(lines.size(), 3);
+        QCOMPARE(lines[0], QStringLiteral(
+            "Measurement|Frequency:FLOAT4 Sample_dBmW:FLOAT4 Average_dBmW:FLOAT4 Maxhold_dBmW:FLOAT4 QPeak_dBmW:FLOAT4 "
+            "memory_dBmW:FLOAT4 Ambient_H_dBmW:FLOAT4 Ambient_V_dBmW:FLOAT4 H_Average_dBmW:FLOAT4 H_Maxhold_dBmW:FLOAT4 "
+            "H_QPeak_dBmW:FLOAT4 V_Average_dBmW:FLOAT4 V_Maxhold_dBmW:FLOAT4 V_QPeak_dBmW:FLOAT4"));
+        QCOMPARE(lines[1], QStringLiteral("Limitlines|avefreq:FLOAT4 Average_dBmW:FLOAT4 maxfreq:FLOAT4 Maxhold_dBmW:FLOAT4"));
+        QCOMPARE(lines[2], QStringLiteral(
+            "Settings|Vernr:SMALLINT dat:DATETIME centerfreq:FLOAT4 reflevel:FLOAT4 attenuator:FLOAT4 bandwith:SMALLINT "
+            "videofilter:TINYINT span:SMALLINT unit:VARCHAR(20) correctionon:TINYINT "
+            "configname:VARCHAR(80) readmode:TINYINT viewsample:TINYINT viewaverage:TINYINT "
+            "viewmaxhold:TINYINT viewb:TINYINT viewqpeak:TINYINT viewlimitmax:TINYINT viewlimitave:TINYINT "
+            "averagename:VARCHAR(80) maxholdname:VARCHAR(80) tgon:TINYINT tglevel:FLOAT4 "
+            "Mode:TINYINT viewab:TINYINT lmaxdist:TINYINT lavedist:TINYINT lmaxlog:BOOLEAN lavelog:BOOLEAN "
+            "configdist:TINYINT grafikmin:SMALLINT grafikmax:SMALLINT note:LONGTEXT "
+            "headline:VARCHAR(80) Ambient:TINYINT"));
+        QVERIFY(rowsOf(path, QStringLiteral("settings")).isEmpty());
+    }
+
+    void mesReadsBackFieldByField()
+    {
+        liveMeasurement();
+        st.limitnrave = 903;
+        st.limitnrmax = 905;
+        const QString path = file(QStringLiteral("live.mes"));
+        writeMes(path);
+
+        const auto points = rowsOf(path, QStringLiteral("measurement"));
+        QCOMPARE(points.size(), 2001);
+        // Frequency, Sample, Average, Maxhold, QPeak, memory, then eight columns never filled.
+        QCOMPARE(points[0], (QVariantList{30.0, f(-0.4), f(-0.8), f(-399.6), 0.0, f(2.8), {}, {}, {}, {}, {}, {}, {}, {}}));
+        QCOMPARE(points[2000][0].toDouble(), 1030.0);
+        QCOMPARE(points[1000][0].toDouble(), 530.0);
+        QCOMPARE(points[2000][1].toDouble(), f(-2001 / 2.5));
+        QCOMPARE(points[2000][3].toDouble(), f(1001 / 2.5));
+
+        const auto settings = rowsOf(path, QStringLiteral("settings"));
+        QCOMPARE(settings.size(), 1);
+        const QVariantList expected{100, kSavedAt, 530.0, -20.0, 20.0, 120, 3, 1000, QStringLiteral("dBµV").leftJustified(20),
+                                    1, QStringLiteral("OATS 3 m"), 2, 1, 1, 0, 1, 0, 1, 0, QStringLiteral("Class B AV"),
+                                    QStringLiteral("Class B QP"), 1, -35.5, 0, 0, 4, 10, true, false, 2, -300, 25,
+                                    QStringLiteral("  first line\rsecond  "), QStringLiteral("Lab 2, it's \"quoted\""), {}};
+        QCOMPARE(settings[0].size(), expected.size());
+        for (int c = 0; c < expected.size(); ++c)
+            QVERIFY2(settings[0][c] == expected[c], qPrintable(QStringLiteral("column %1").arg(c + 1)));
+
+        // Loading puts the view back; what the format loses stays lost.
+        freshState();
+        st.ambient = 0;
+        st.limitnrmax = 17;
+        st.measurefile = path;
+        ReadMeasurementFile();
+        QCOMPARE(st.filemode, uint8_t(1));
+        QCOMPARE(st.pointcount, 2001);
+        QCOMPARE(st.freqstart, 30.0f);
+        QCOMPARE(st.freqstop, 1030.0f);
+        QCOMPARE(st.dat, kSavedAt);
+        QCOMPARE(st.centerfreq, 530.0f);
+        QCOMPARE(st.bandwith, int16_t(120));
+        QCOMPARE(st.videofilter, uint8_t(3));
+        QCOMPARE(st.unit, QStringLiteral("dBµV").leftJustified(20));
+        QCOMPARE(st.viewqpeak, uint8_t(0));
+        QCOMPARE(st.tglevel, -35.5f);
+        QCOMPARE(st.lmaxdist, 4.0f);
+        QCOMPARE(st.lavedist, 10.0f);
+        QCOMPARE(st.configdist, 2.0f);
+        QCOMPARE(st.lmaxlog, int16_t(-1));
+        QCOMPARE(st.lavelog, int16_t(0));
+        QCOMPARE(st.grafikmin, int16_t(-300));
+        QCOMPARE(st.grafikmax, int16_t(25));
+        QCOMPARE(st.maxholdname, QStringLiteral("Class B QP"));
+        QCOMPARE(st.headline, QStringLiteral("Lab 2, it's \"quoted\""));
+        QCOMPARE(st.note, QStringLiteral("first line\rsecond"));
+        QCOMPARE(st.mode, uint8_t(0));
+        QCOMPARE(st.ambient, uint8_t(0));    // a .mes file has no word on it
+        QCOMPARE(st.limitnrmax, int32_t(17));  // the limit drawn is the file's copy
+        QVERIFY(!st.measdb.isSet());
+    }
+
+    void limitsPairRowByRow_data()
+    {
+        QTest::addColumn<Pairing>("pairing");
+        QTest::newRow("3 average, 5 max hold") << Pairing{3, 5, 5};
+        QTest::newRow("5 average, 3 max hold") << Pairing{5, 3, 5};
+        QTest::newRow("equal") << Pairing{3, 3, 3};
+        QTest::newRow("max hold only") << Pairing{0, 3, 3};
+        QTest::newRow("average only") << Pairing{5, 0, 5};
+        QTest::newRow("no limit chosen") << Pairing{0, 0, 0};
+    }
+    void limitsPairRowByRow()
+    {
+        QFETCH(Pairing, pairing);
+        auto number = [](int points) { return points == 0 ? 0 : 900 + points; };
+        st.limitnrave = number(pairing.average);
+        st.limitnrmax = number(pairing.maxhold);
+        st.pointcount = 0;
+        const QString path = file(QStringLiteral("pairing.mes"));
+        writeMes(path);
+        const auto rows = rowsOf(path, QStringLiteral("limitlines"));
+        QCOMPARE(rows.size(), pairing.rows);
+        for (int k = 1; k <= pairing.rows; ++k) {
+            const QVariantList &row = rows[k - 1];
+            const QVariantList average = k <= pairing.average
+                                             ? QVariantList{10.0 * k, double(-10 * k - st.limitnrave)}
+                                             : QVariantList{{}, {}};
+            const QVariantList maxhold = k <= pairing.maxhold
+                                             ? QVariantList{10.0 * k, double(-10 * k - st.limitnrmax)}
+                                             : QVariantList{{}, {}};
+            QCOMPARE(row, average + maxhold);
+        }
+    }
+
+    void zeroSpanGivesOneFrequency()
+    {
+        liveMeasurement();
+        st.freqstart = st.freqstop = 100.0f;
+        const QString path = file(QStringLiteral("zero.mes"));
+        writeMes(path);
+        const auto points = rowsOf(path, QStringLiteral("measurement"));
+        QCOMPARE(points.size(), 2001);
+        QCOMPARE(points.first()[0].toDouble(), 100.0);
+        QCOMPARE(points.last()[0].toDouble(), 100.0);
+        st.freqstart = 1.0f;
+        st.freqstop = 2.0f;
+        st.measurefile = path;
+        ReadMeasurementFile();
+        QCOMPARE(st.freqstart, 100.0f);
+        QCOMPARE(st.freqstop, 100.0f);
+    }
+
+    void emcHeaderTakesTheTestsValues_data()
+    {
+        QTest::addColumn<int>("runmode");
+        QTest::addColumn<int>("mode");
+        QTest::newRow("Sweep + Step") << 0 << 2;
+        QTest::newRow("Step") << 1 << 1;
+    }
+    void emcHeaderTakesTheTestsValues()
+    {
+        QFETCH(int, runmode);
+        QFETCH(int, mode);
+        liveMeasurement();
+        st.freqstart = 30.0f;
+        st.freqstop = 230.0f;
+        st.testname = QStringLiteral("  EN 55032 radiated  ");
+        st.runmode = uint8_t(runmode);
+        st.detmaxhold = 1;
+        st.detqpeak = 1;
+        st.detaverage = 0;
+        st.ambient = 1;
+        st.limitnrave = 903;
+        st.limitnrmax = 905;
+        const QString path = file(QStringLiteral("run.emc"));
+        st.measurefile = path;
+        QCOMPARE(CreateMeasurementFile(), uint8_t(0));
+        WriteEmcHeader();
+        QVERIFY(rowsOf(path, QStringLiteral("measurement")).isEmpty());
+        QCOMPARE(rowsOf(path, QStringLiteral("limitlines")).size(), 5);
+        const auto settings = rowsOf(path, QStringLiteral("settings"));
+        QCOMPARE(settings.size(), 1);
+        const QVariantList expected{101, kSavedAt, 30.0, -20.0, 20.0, 120, 0, 0, QStringLiteral("dBµV").leftJustified(20),
+                                    1, QStringLiteral("  EN 55032 radiated  "), 0, 0, 0, 1, 1, 1, 1, 0,
+                                    QStringLiteral("Class B AV"), QStringLiteral("Class B QP"), 0, 0.0, mode, 0, 4, 10,
+                                    true, false, 2, 0, 0, QStringLiteral("  first line\rsecond  "),
+                                    QStringLiteral("EN 55032 radiated"), 1};
+        for (int c = 0; c < expected.size(); ++c)
+            QVERIFY2(settings[0][c] == expected[c], qPrintable(QStringLiteral("column %1").arg(c + 1)));
+
+        // The run adds its points; the load then takes the test's view and names the test.
+        Database run = OpenDatabase(path);
+        run.Execute(QStringLiteral("insert into measurement (Frequency, Sample_dBmW) values (230, 0), (30, 1), (130.5, 0)"));
+        run.Close();
+        freshState();
+        st.ambient = 0;
+        st.measurefile = path;
+        ReadMeasurementFile();
+        QCOMPARE(st.mode, uint8_t(mode));
+        QCOMPARE(st.ambient, uint8_t(1));
+        QCOMPARE(st.testname, QStringLiteral("  EN 55032 radiated  "));
+        QCOMPARE(st.unit, QStringLiteral("dBµV"));  // found in the unit table, with its offset
+        QCOMPARE(st.unitoffset, 107.0f);
+        QCOMPARE(st.centerfreq, 30.0f);
+        QCOMPARE(st.span, int16_t(0));
+        QCOMPARE(st.pointcount, 3);
+        QCOMPARE(st.freqstart, 30.0f);
+        QCOMPARE(st.freqstop, 230.0f);
+    }
+
+    void unknownVersionTakesNothingButTheMode()
+    {
+        liveMeasurement();
+        const QString path = file(QStringLiteral("future.mes"));
+        writeMes(path);
+        Database f = OpenDatabase(path);
+        f.Execute(QStringLiteral("update settings set vernr = 102, mode = 2, reflevel = 5"));
+        f.Close();
+        st.reflevel = -40.0f;
+        st.headline = QStringLiteral("unchanged");
+        ReadMeasurementFile();
+        QCOMPARE(st.reflevel, -40.0f);
+        QCOMPARE(st.headline, QStringLiteral("unchanged"));
+        QCOMPARE(st.mode, uint8_t(2));
+        QCOMPARE(st.filemode, uint8_t(1));
+        QCOMPARE(st.pointcount, 2001);
+    }
+
+    void fileWithoutSettingsRowFailsBeforeTakingAnything()
+    {
+        const QString path = file(QStringLiteral("empty.mes"));
+        st.measurefile = path;
+        QCOMPARE(CreateMeasurementFile(), uint8_t(0));
+        QVERIFY_THROWS_EXCEPTION(VbError, ReadMeasurementFile());
+        QCOMPARE(st.filemode, uint8_t(0));
+        QVERIFY(!QFile::exists(file(QStringLiteral("missing.mes"))));
+        st.measurefile = file(QStringLiteral("missing.mes"));
+        QVERIFY_THROWS_EXCEPTION(VbError, ReadMeasurementFile());
+        QVERIFY(!QFile::exists(st.measurefile));  // a load never makes a file
+    }
+
+    void failedCreationLeavesTheOldFileAlone()
+    {
+        liveMeasurement();
+        const QString path = file(QStringLiteral("kept.mes"));
+        writeMes(path);
+        // A path that can't be made: the writer afterwards adds nothing anywhere.
+        st.measurefile = file(QStringLiteral("no/such/folder/x.mes"));
+        QCOMPARE(CreateMeasurementFile(), uint8_t(1));
+        WriteMeasurementFile();
+        QVERIFY(!QFile::exists(st.measurefile));
+        // Saving over an existing file replaces it, never adds to it.
+        st.pointcount = 10;
+        writeMes(path);
+        QCOMPARE(rowsOf(path, QStringLiteral("measurement")).size(), 10);
+        QCOMPARE(rowsOf(path, QStringLiteral("settings")).size(), 1);
+        QVERIFY(!QFile::exists(path + QStringLiteral("-wal")));
+    }
+
+    // The plot's own scans read what the writers write: a .mes as lines, an .emc as stems, ambient
+    // lines and the Sweep trace.
+    void plotDrawsWrittenFiles()
+    {
+        RecordingPlot plot;
+        liveMeasurement();
+        st.limitnrave = 903;
+        st.limitnrmax = 905;
+        const QString mes = file(QStringLiteral("drawn.mes"));
+        writeMes(mes);
+        ReadMeasurementFile();
+        st.viewsample = 1;
+        st.viewaverage = st.viewmaxhold = st.viewb = st.viewab = 0;
+        st.viewlimitmax = 1;
+        st.grafikmax = 0;
+        st.grafikmin = -1000;
+        DrawPlot();
+        const auto sample = plot.p1.linesOf(2);
+        QVERIFY(sample.size() >= 2000);
+        QCOMPARE(sample.front().y1, -1.0);
+        QCOMPARE(sample.front().y2, -2.0);
+        QVERIFY(!plot.p1.linesOf(12).empty());  // the max hold limit from the file's copy
+
+        const QString emc = file(QStringLiteral("drawn.emc"));
+        st.measurefile = emc;
+        st.testname = QStringLiteral("radiated");
+        st.runmode = 0;
+        QCOMPARE(CreateMeasurementFile(), uint8_t(0));
+        WriteEmcHeader();
+        Database run = OpenDatabase(emc);
+        // Marked rows with peak results above the ambient, and the sweep result.
+        run.Execute(QStringLiteral("insert into measurement (Frequency, Sample_dBmW, Average_dBmW, Maxhold_dBmW, QPeak_dBmW, "
+                                   "memory_dBmW, Ambient_H_dBmW, Ambient_V_dBmW) values "
+                                   "(40, 1, -1000, -50, -1000, -60, -90, -1000), (50, 0, -1000, -1000, -1000, -62, -90, -1000), "
+                                   "(60, 1, -1000, -45, -1000, -55, -90, -1000)"));
+        run.Close();
+        ReadMeasurementFile();
+        QCOMPARE(st.mode, uint8_t(2));
+        st.freqstart = 30.0f;
+        st.freqstop = 70.0f;
+        st.viewmaxhold = 1;
+        st.viewb = 1;
+        st.viewambient = 1;
+        st.viewhorizontal = 1;
+        st.viewlimitmax = st.viewlimitave = 0;
+        st.grafikmax = 0;
+        st.grafikmin = -300;
+        plot.p1.lines.clear();
+        DrawPlot();
+        QCOMPARE(plot.p1.verticalsOf(12), 2);                 // a stem for each marked row
+        QVERIFY(!plot.p1.linesOf(3).empty());                  // the Sweep trace
+        QVERIFY(!plot.p1.linesOf(7).empty());                  // the horizontal ambient
+        QCOMPARE(plot.memory, QStringLiteral("Sweep"));
+    }
+};
+
+QTEST_MAIN(TestMeasurementFile)
+#include "tst_measurementfile.moc"

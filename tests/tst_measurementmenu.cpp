@@ -1,0 +1,172 @@
+#include "platform/dialogs.h"
+#include "platform/onerror.h"
+#include "platform/recordset.h"
+#include "shell/forms.h"
+#include "shell/mdi.h"
+#include "shell/state.h"
+#include "store/measurementfile.h"
+#include "support/programdir.h"
+#include "support/testfiles.h"
+
+#include <QAction>
+#include <QtTest>
+
+using namespace kw;
+
+namespace {
+
+int rowCount(const QString &path, const QString &table)
+{
+    Database file = OpenDatabase(path);
+    const int n = file.OpenRecordset(table, dbOpenSnapshot).RecordCount();
+    file.Close();
+    return n;
+}
+
+void trigger(Mdi &window, const char *entry) { window.menuEntry(QLatin1String(entry))->trigger(); }
+
+// Plain stand-ins for the forms of the two modes, put in after the window registered the real
+// ones, so that the switch can be seen without the panels' own work.
+void standInForms()
+{
+    for (const char *name : {"measur", "track", "detec", "emc"})
+        registerForm(QLatin1String(name), [] { return new QWidget; });
+}
+
+}  // namespace
+
+class TestMeasurementMenu : public QObject {
+    Q_OBJECT
+    QTemporaryDir dir_;
+    ScriptedDialogs boxes_;
+    std::unique_ptr<test::TempProgramDir> program_;
+
+    QString file(const QString &name) const { return dir_.filePath(name); }
+    bool shown(const char *form) const { return formLoaded(QLatin1String(form)); }
+
+private slots:
+    void init()
+    {
+        resetState();
+        boxes_ = ScriptedDialogs();
+        setDialogs(&boxes_);
+        program_ = std::make_unique<test::TempProgramDir>();
+        st.db = OpenDatabase(program_->file(QStringLiteral("default.mdb")));
+    }
+    void cleanup()
+    {
+        setDialogs(nullptr);
+        ResumeNext on;
+        on([] { st.db.Close(); });
+        program_.reset();
+    }
+
+    void saveAsksForAMesFileAndCancelWritesNothing()
+    {
+        Mdi window;
+        boxes_.files = {std::nullopt};
+        trigger(window, "mnusmeasurement");
+        QCOMPARE(boxes_.fileRequests.size(), size_t(1));
+        const FileRequest &r = boxes_.fileRequests[0];
+        QVERIFY(r.save);
+        QCOMPARE(r.title, QStringLiteral("Select Measurement"));
+        QCOMPARE(r.filter, QStringLiteral("Measurement (*.mes) |*.mes"));
+        QCOMPARE(r.defaultExt, QStringLiteral("MES"));
+        QCOMPARE(r.filterIndex, 1);
+        QCOMPARE(r.flags, 8198);
+        QCOMPARE(boxes_.shown.size(), size_t(1));  // no message after a cancel
+        QCOMPARE(st.busycursor, uint8_t(0));
+        QVERIFY(st.measurefile.isEmpty());
+
+        const QString path = file(QStringLiteral("bench.mes"));
+        boxes_.files = {path};
+        trigger(window, "mnusmeasurement");
+        QCOMPARE(st.measurefile, path);
+        QCOMPARE(rowCount(path, QStringLiteral("measurement")), 2001);
+        QCOMPARE(st.filemode, uint8_t(0));  // saving does not switch the plot to the file
+        QCOMPARE(st.busycursor, uint8_t(0));
+    }
+
+    void loadShowsTheFileInItsModesWindows()
+    {
+        Mdi window;
+        standInForms();
+        const QString mes = file(QStringLiteral("live.mes"));
+        boxes_.files = {mes};
+        trigger(window, "mnusmeasurement");
+
+        // An EMC file made by a run of a stepped test.
+        const QString emc = file(QStringLiteral("run.emc"));
+        st.measurefile = emc;
+        st.testname = QStringLiteral("radiated");
+        st.runmode = 1;
+        CreateMeasurementFile();
+        WriteEmcHeader();
+        Database run = OpenDatabase(emc);
+        run.Execute(QStringLiteral("insert into measurement (Frequency) values (30), (1000)"));
+        run.Close();
+
+        showForm(QStringLiteral("measur"));
+        boxes_.files = {emc};
+        trigger(window, "mnulmeasure");
+        const FileRequest &r = boxes_.fileRequests.back();
+        QVERIFY(!r.save);
+        QCOMPARE(r.title, QStringLiteral("Select Measurement"));
+        QCOMPARE(r.filter, QStringLiteral("Measurement (*.MES) |*.MES|EMC (*.emc) |*.emc"));
+        QCOMPARE(r.filterIndex, 1);
+        QCOMPARE(r.defaultExt, QStringLiteral("mes"));
+        QCOMPARE(r.flags, 6148);
+        QCOMPARE(window.windowTitle(), QStringLiteral("KW3400R - V1.53   File: ") + emc);
+        QCOMPARE(st.filemode, uint8_t(1));
+        QCOMPARE(st.redrawflag, uint8_t(1));
+        QCOMPARE(st.mode, uint8_t(1));
+        QCOMPARE(st.testname, QStringLiteral("radiated"));
+        QVERIFY(!window.menuEntry(QStringLiteral("mnusmeasurement"))->isEnabled());
+        QVERIFY(shown("emc") && !shown("measur"));
+        QVERIFY(window.menuEntry(QStringLiteral("mnuemc"))->isChecked());
+        QVERIFY(!window.menuEntry(QStringLiteral("mnunormal"))->isChecked());
+        QCOMPARE(st.busycursor, uint8_t(0));
+
+        // In EMC mode the dialog offers EMC files first; a .mes brings the panels back.
+        boxes_.files = {mes};
+        trigger(window, "mnulmeasure");
+        QCOMPARE(boxes_.fileRequests.back().filterIndex, 2);
+        QCOMPARE(st.mode, uint8_t(0));
+        QVERIFY(shown("measur") && shown("track") && shown("detec") && !shown("emc"));
+        QVERIFY(window.menuEntry(QStringLiteral("mnunormal"))->isChecked());
+        QCOMPARE(st.pointcount, 2001);
+        QVERIFY(boxes_.shown.size() == boxes_.fileRequests.size());  // no message on the way
+    }
+
+    void missingAndBrokenFiles()
+    {
+        Mdi window;
+        standInForms();
+        const QString before = window.windowTitle();
+        st.measurefile = QStringLiteral("/data/shown.mes");
+        const QString missing = file(QStringLiteral("gone.mes"));
+        boxes_.files = {missing};
+        trigger(window, "mnulmeasure");
+        QCOMPARE(kwtest::boxesOf(boxes_).last(), QStringLiteral("Select Measurement|File not found ( ") + missing + QStringLiteral(" )"));
+        QCOMPARE(st.measurefile, QStringLiteral("/data/shown.mes"));
+        QCOMPARE(window.windowTitle(), before);
+        QCOMPARE(st.busycursor, uint8_t(0));
+
+        // A file that is no measurement: the load stops silently, having named the file.
+        const QString garbage = file(QStringLiteral("garbage.mes"));
+        QVERIFY(kwtest::writeFile(garbage, QByteArray("not a database at all, just text").repeated(200)));
+        const size_t boxes = boxes_.shown.size();
+        boxes_.files = {garbage};
+        trigger(window, "mnulmeasure");
+        QCOMPARE(boxes_.shown.size(), boxes + 1);  // the dialog only
+        QCOMPARE(st.measurefile, garbage);
+        QCOMPARE(window.windowTitle(), QStringLiteral("KW3400R - V1.53   File: ") + garbage);
+        QCOMPARE(st.filemode, uint8_t(0));
+        QVERIFY(window.menuEntry(QStringLiteral("mnusmeasurement"))->isEnabled());
+        QCOMPARE(st.busycursor, uint8_t(0));
+        QCOMPARE(kwtest::readFile(garbage).size(), 32 * 200);  // never written to
+    }
+};
+
+QTEST_MAIN(TestMeasurementMenu)
+#include "tst_measurementmenu.moc"
