@@ -10,9 +10,9 @@
 #include "platform/vbformat.h"
 #include "shell/state.h"
 #include "shell/uihooks.h"
+#include "store/measurementfile.h"
 
 #include <QFile>
-#include <QFileInfo>
 
 #include <algorithm>
 
@@ -32,19 +32,22 @@ bool autostoreChooseFile()
 {
     if (pointerBusy())
         return false;
-    const std::optional<QString> chosen =
-        dialogs().saveFile(QStringLiteral("Save Data"), QStringLiteral("Measurement (*.mes) |*.mes"), st.automessfile);
+    FileRequest request;
+    request.save = true;
+    request.title = QStringLiteral("Save Data");
+    request.filter = QStringLiteral("Measurement (*.mes) |*.mes");
+    request.defaultExt = QStringLiteral("MES");
+    request.filterIndex = 1;
+    request.flags = FileRequest::CreatePrompt | FileRequest::HideReadOnly | FileRequest::OverwritePrompt;
+    request.dir = st.automessfile;
+    const std::optional<QString> chosen = dialogs().chooseFile(request);
     if (!chosen)
         return false;
-    // Everything from the first ".MES" on is dropped, in whatever case it was typed; the default
-    // extension of the dialog is "MES", so a name typed without it gets it first.
-    QString path = *chosen;
-    if (QFileInfo(path).suffix().isEmpty())
-        path += QStringLiteral(".MES");
-    // A name with another extension has no ".MES" to cut at: the base stays as it was.
-    const int ext = path.toUpper().indexOf(QLatin1String(".MES"));
+    // Everything from the first ".MES" on is dropped, in whatever case it was typed. A name with
+    // another extension has none to cut at: the base stays as it was.
+    const int ext = chosen->toUpper().indexOf(QLatin1String(".MES"));
     if (ext >= 0)
-        st.automessfile = path.left(ext);
+        st.automessfile = chosen->left(ext);
     return true;
 }
 
@@ -115,12 +118,13 @@ QString autostoreOnce()
     QFile::remove(name);
     onError.clear();
     st.measurefile = name;
-    onError([] {
-        if (uiHooks().writeMeasurementFile)
-            uiHooks().writeMeasurementFile();
+    uint8_t failed = 0;
+    onError([&] {
+        failed = CreateMeasurementFile();
+        WriteMeasurementFile();
     });
-    // The writer passes its own errors over; a file that is not there is the failure it hides.
-    if (onError.number == 0 && !QFile::exists(name))
+    // The writers pass their own errors over; a file that could not be made is the failure.
+    if (onError.number == 0 && (failed != 0 || !QFile::exists(name)))
         onError.number = 75;
     setScreenPointer(kPointerNormal);
     if (onError.number != 0)

@@ -20,10 +20,6 @@ struct UiHooks {
     // The printed report on the printer, for AutoStore and the trigger; the main window's forms
     // install the report's PrintReport.
     std::function<void()> printReport;
-    // Creates the measurement file st.measurefile anew and writes the live measurement and the
-    // settings into it; installed by the measurement file subsystem. A failure may throw VbError
-    // or simply leave no file behind.
-    std::function<void()> writeMeasurementFile;
 };
 
 UiHooks &uiHooks();
