@@ -187,7 +187,6 @@ struct State {
     uint8_t viewambient = 0;
     int16_t calcoffset = 0;       // dB
     uint8_t previewopen = 0;
-    QString testname;             // the EMC test in work
     // The report's options, for the run of the program only.
     uint8_t printvertical = 0;    // portrait, with the notes under the plot
     uint8_t printcursor = 0;
