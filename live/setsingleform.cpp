@@ -85,7 +85,8 @@ public:
 
         connect(command2, &QPushButton::clicked, this, [] { triggerStart(); });
         connect(command3, &QPushButton::clicked, this, [] { triggerStop(); });
-        connect(check1_, &QCheckBox::released, this, [this] { st.triggerprint = check1_->isChecked() ? 1 : 0; });
+        // Taken once the box has changed, so the record follows the tick that is shown.
+        connect(check1_, &QCheckBox::clicked, this, [](bool ticked) { st.triggerprint = ticked ? 1 : 0; });
         connect(command1, &QPushButton::released, this, [this] {
             triggerFromCursor();
             text1_->setText(triggerText());
