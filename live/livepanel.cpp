@@ -162,10 +162,4 @@ void connectPanelMenu(Mdi &window)
     }
 }
 
-void showLivePanels()
-{
-    for (const char *name : kPanels)
-        showForm(QString::fromLatin1(name));
-}
-
 }  // namespace kw

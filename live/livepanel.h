@@ -66,7 +66,5 @@ void storePanelPlacements();
 void registerLiveForms();
 // Settings menu: "Measurement", "Detectors" and "Tracking" show their panel.
 void connectPanelMenu(Mdi &window);
-// Shows the panels of normal mode, in the order measur, track, detec.
-void showLivePanels();
 
 }  // namespace kw
