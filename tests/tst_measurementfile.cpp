@@ -394,9 +394,8 @@ private slots:
         QVERIFY(!QFile::exists(path + QStringLiteral("-wal")));
     }
 
-    // The plot's own scans read what the writers write: a .mes as lines, an .emc as stems, ambient
-    // lines and the Sweep trace.
-    void plotDrawsWrittenFiles()
+    // The plot's own scan reads what the writer writes.
+    void plotDrawsAWrittenFile()
     {
         RecordingPlot plot;
         liveMeasurement();
@@ -416,37 +415,6 @@ private slots:
         QCOMPARE(sample.front().y1, -1.0);
         QCOMPARE(sample.front().y2, -2.0);
         QVERIFY(!plot.p1.linesOf(12).empty());  // the max hold limit from the file's copy
-
-        const QString emc = file(QStringLiteral("drawn.emc"));
-        st.measurefile = emc;
-        st.testname = QStringLiteral("radiated");
-        st.runmode = 0;
-        QCOMPARE(CreateMeasurementFile(), uint8_t(0));
-        WriteEmcHeader();
-        Database run = OpenDatabase(emc);
-        // Marked rows with peak results above the ambient, and the sweep result.
-        run.Execute(QStringLiteral("insert into measurement (Frequency, Sample_dBmW, Average_dBmW, Maxhold_dBmW, QPeak_dBmW, "
-                                   "memory_dBmW, Ambient_H_dBmW, Ambient_V_dBmW) values "
-                                   "(40, 1, -1000, -50, -1000, -60, -90, -1000), (50, 0, -1000, -1000, -1000, -62, -90, -1000), "
-                                   "(60, 1, -1000, -45, -1000, -55, -90, -1000)"));
-        run.Close();
-        ReadMeasurementFile();
-        QCOMPARE(st.mode, uint8_t(2));
-        st.freqstart = 30.0f;
-        st.freqstop = 70.0f;
-        st.viewmaxhold = 1;
-        st.viewb = 1;
-        st.viewambient = 1;
-        st.viewhorizontal = 1;
-        st.viewlimitmax = st.viewlimitave = 0;
-        st.grafikmax = 0;
-        st.grafikmin = -300;
-        plot.p1.lines.clear();
-        DrawPlot();
-        QCOMPARE(plot.p1.verticalsOf(12), 2);                 // a stem for each marked row
-        QVERIFY(!plot.p1.linesOf(3).empty());                  // the Sweep trace
-        QVERIFY(!plot.p1.linesOf(7).empty());                  // the horizontal ambient
-        QCOMPARE(plot.memory, QStringLiteral("Sweep"));
     }
 };
 
