@@ -25,14 +25,6 @@ int rowCount(const QString &path, const QString &table)
 
 void trigger(Mdi &window, const char *entry) { window.menuEntry(QLatin1String(entry))->trigger(); }
 
-// Plain stand-ins for the forms of the two modes, put in after the window registered the real
-// ones, so that the switch can be seen without the panels' own work.
-void standInForms()
-{
-    for (const char *name : {"measur", "track", "detec", "emc"})
-        registerForm(QLatin1String(name), [] { return new QWidget; });
-}
-
 }  // namespace
 
 class TestMeasurementMenu : public QObject {
@@ -90,7 +82,6 @@ private slots:
     void loadShowsTheFileInItsModesWindows()
     {
         Mdi window;
-        standInForms();
         const QString mes = file(QStringLiteral("live.mes"));
         boxes_.files = {mes};
         trigger(window, "mnusmeasurement");
@@ -141,7 +132,6 @@ private slots:
     void missingAndBrokenFiles()
     {
         Mdi window;
-        standInForms();
         const QString before = window.windowTitle();
         st.measurefile = QStringLiteral("/data/shown.mes");
         const QString missing = file(QStringLiteral("gone.mes"));

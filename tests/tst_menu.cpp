@@ -34,17 +34,6 @@ void listMenu(const QMenu *menu, const QString &indent, QStringList &out)
     }
 }
 
-// Stand-ins for the panels, whoever builds the real ones.
-void registerPanelStandIns()
-{
-    for (const char *name : {"measur", "track", "detec"})
-        registerForm(QString::fromLatin1(name), [name] {
-            auto *w = new QWidget;
-            w->setWindowTitle(QString::fromLatin1(name));
-            return w;
-        });
-}
-
 QPushButton *toolbox(Mdi &window) { return window.toolPanel()->findChild<QPushButton *>(QStringLiteral("Command6")); }
 
 bool onlyPanelsLoaded()
@@ -134,7 +123,6 @@ private slots:
         ScriptedDialogs boxes;
         setDialogs(&boxes);
         Mdi window;
-        registerPanelStandIns();
         loadMain(window);
         QVERIFY(onlyPanelsLoaded());
         QVERIFY(toolbox(window)->isEnabled());
@@ -187,7 +175,6 @@ private slots:
         writeSettingFile();
         window.close();
         Mdi again;
-        registerPanelStandIns();
         loadMain(again);
         QCOMPARE(st.mode, uint8_t(1));
         QVERIFY(onlyEmcLoaded());
