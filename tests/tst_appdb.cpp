@@ -127,11 +127,8 @@ private slots:
         Mdi window;
         loadMain(window);
         QCOMPARE(boxesOf(boxes_), QStringList());
-        QCOMPARE(st.comport, int16_t(4));
-        QCOMPARE(st.baudrate, int32_t(9600));
-        QCOMPARE(st.mode, uint8_t(1));
-        QCOMPARE(st.databasefile, dir.file("copy.mdb"));
-        QCOMPARE(st.db.Name(), dir.file("copy.mdb"));
+        QCOMPARE(std::tuple(st.comport, st.baudrate, st.mode, st.databasefile, st.db.Name()),
+                 std::tuple(int16_t(4), int32_t(9600), uint8_t(1), dir.file("copy.mdb"), dir.file("copy.mdb")));
         QVERIFY(window.menuEntry("mnuemc")->isChecked());
         window.close();
     }

@@ -141,12 +141,8 @@ private slots:
         kwtest::plotFrame(0.0f, 1000.0f);
         place(1200000, 0, -5, -400);
         DrawCursors();
-        QCOMPARE(st.cursor1x, 1000000);
-        QCOMPARE(st.cursor2x, 0);
-        QCOMPARE(st.cursor1y, -50);
-        QCOMPARE(st.cursor2y, -250);
-        QCOMPARE(st.cursor1oldx, 1000000);
-        QCOMPARE(st.cursor2oldy, -250);
+        QCOMPARE(std::tuple(st.cursor1x, st.cursor1y, st.cursor2x, st.cursor2y), std::tuple(1000000, -50, 0, -250));
+        QCOMPARE(std::tuple(st.cursor1oldx, st.cursor2oldy), std::tuple(1000000, -250));
     }
 
     void aMoveErasesTheOldLinesAndTouchesNothingElse()

@@ -120,8 +120,7 @@ private slots:
         QCOMPARE(child<QComboBox>(*form, "DBCombo2")->currentText(), QStringLiteral("dBµV"));
         QCOMPARE(column(grid, 0).first(), QStringLiteral("0.15"));
         QCOMPARE(column(grid, 1).first(), vbFormat(stored.front().second + 107.0f, QStringLiteral("###0.00")));
-        QCOMPARE(form->range().fmin, 0.0f);
-        QCOMPARE(form->range().fmax, 30.0f);
+        QCOMPARE(std::tuple(form->range().fmin, form->range().fmax), std::tuple(0.0f, 30.0f));
         const auto [lo, hi] = std::minmax_element(stored.begin(), stored.end(),
                                                   [](const auto &a, const auto &b) { return a.second < b.second; });
         QCOMPARE(form->range().lmin, lo->second);
@@ -281,9 +280,8 @@ private slots:
         QVERIFY(refreshes_ >= 2);
         Recordset rs = openDb().OpenRecordset(QStringLiteral("config"), dbOpenSnapshot);
         rs.FindFirst(QStringLiteral("configname = 'Radiated 10 m biconical, cable'"));
-        QCOMPARE(rs.FieldNumber("devicea"), 5.0);
-        QCOMPARE(rs.FieldNumber("deviceb"), 4.0);
-        QCOMPARE(rs.FieldNumber("devicec"), 4.0);
+        QCOMPARE(std::tuple(rs.FieldNumber("devicea"), rs.FieldNumber("deviceb"), rs.FieldNumber("devicec")),
+                 std::tuple(5.0, 4.0, 4.0));
         st.db = OpenDatabase(st.databasefile);
         setupconfiguration(QStringLiteral("Radiated 10 m biconical, cable"));
         QCOMPARE(st.configdist, 0.0f);
@@ -358,8 +356,7 @@ private slots:
         QVERIFY(definitionRange(one, r));
         drawDefinition(pictures, one, r, limit);
         QCOMPARE(p1.linesOf(12).size(), size_t(0));
-        QCOMPARE(r.lmax, -39.0f);
-        QCOMPARE(r.lmin, -41.0f);
+        QCOMPARE(std::tuple(r.lmin, r.lmax), std::tuple(-41.0f, -39.0f));
 
         DefinitionPoints flat{{0.15f, -40.0f}, {999.99f, -40.0f}, {2000.0f, -40.0f}};
         QVERIFY(definitionRange(flat, r));
