@@ -195,12 +195,9 @@ private slots:
 
         // Where both are near, cursor 1 is taken, and stays taken however far the mouse goes.
         QCOMPARE(cursorMouseMove(true, 102000.4, -80.5), kPointerCursor);
-        QCOMPARE(st.cursorgrab, uint8_t(1));
-        QCOMPARE(st.cursor1x, 102000);
-        QCOMPARE(st.cursor1y, -80);  // halves to even
+        QCOMPARE(std::tuple(st.cursorgrab, st.cursor1x, st.cursor1y), std::tuple(uint8_t(1), 102000, -80));  // y halves to even
         QCOMPARE(cursorMouseMove(true, 700000, -200), kPointerCursor);
-        QCOMPARE(st.cursor1x, 700000);
-        QCOMPARE(st.cursor2x, 105000);
+        QCOMPARE(std::tuple(st.cursor1x, st.cursor2x), std::tuple(700000, 105000));
         // Standing still redraws nothing.
         const size_t afterDrag = plot.p1.lines.size();
         QCOMPARE(cursorMouseMove(true, 700000.2, -200), kPointerCursor);
@@ -214,11 +211,9 @@ private slots:
 
         // Cursor 2 on its own, then let go by a right-button move, which moves nothing.
         QCOMPARE(cursorMouseMove(true, 108000, -90), kPointerCursor);
-        QCOMPARE(st.cursorgrab, uint8_t(2));
-        QCOMPARE(st.cursor2x, 108000);
+        QCOMPARE(std::tuple(st.cursorgrab, st.cursor2x), std::tuple(uint8_t(2), 108000));
         QCOMPARE(cursorMouseMove(false, 110000, -60), kPointerCursor);
-        QCOMPARE(st.cursorgrab, uint8_t(0));
-        QCOMPARE(st.cursor2x, 108000);
+        QCOMPARE(std::tuple(st.cursorgrab, st.cursor2x), std::tuple(uint8_t(0), 108000));
 
         // During a pass, or with the cursors off, the mouse does nothing at all.
         st.drawbusy = 1;
