@@ -1,6 +1,7 @@
 #include "editors/editorform.h"
 
 #include "shell/forms.h"
+#include "shell/uihooks.h"
 
 #include <QCloseEvent>
 #include <QEvent>
@@ -38,6 +39,9 @@ void EditorForm::showEvent(QShowEvent *e)
 void EditorForm::closeEvent(QCloseEvent *e)
 {
     deactivate();
+    // A name edited in the head of a definition shows in the panels' lists from now on.
+    if (uiHooks().definitionListsChanged)
+        uiHooks().definitionListsChanged();
     QWidget::closeEvent(e);
 }
 

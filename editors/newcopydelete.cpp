@@ -18,7 +18,9 @@ void definitionsChanged(Family family)
 {
     if (family == Family::Component)
         correctiontablesedited();
-    if (uiHooks().refreshForms)
+    if (uiHooks().definitionListsChanged)
+        uiHooks().definitionListsChanged();
+    else if (uiHooks().refreshForms)
         uiHooks().refreshForms();
 }
 

@@ -251,6 +251,12 @@ bool Detec::showLimit(DBCombo *combo, int32_t limitnr, QString &name, int16_t &l
     return found;
 }
 
+void Detec::refreshLists()
+{
+    ResumeNext onError;
+    onError([this] { data1_->Refresh(); });
+}
+
 void Detec::repaintFromRecord()
 {
     setOption(odet_, st.readmode);

@@ -20,6 +20,7 @@ public:
     explicit Detec(QWidget *parent = nullptr);
 
     void repaintFromRecord() override;
+    void refreshLists() override;
 
 private:
     void odetClicked(int index);

@@ -29,6 +29,7 @@ LivePanel::LivePanel(const QString &name, const QString &caption, int leftSlot, 
     setObjectName(name);
     setWindowTitle(caption);
     uiHooks().refreshForms = &refreshPanels;
+    uiHooks().definitionListsChanged = &refreshPanelLists;
 }
 
 void LivePanel::showEvent(QShowEvent *event)
@@ -134,6 +135,14 @@ void refreshPanels()
         if (panel && !(sub && (sub->isMinimized() || sub->isMaximized())))
             panel->repaintFromRecord();
     }
+}
+
+void refreshPanelLists()
+{
+    for (const char *name : kPanels)
+        if (auto *panel = qobject_cast<LivePanel *>(loadedForm(QString::fromLatin1(name))))
+            panel->refreshLists();
+    refreshPanels();
 }
 
 void storePanelPlacements()

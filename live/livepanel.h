@@ -24,6 +24,8 @@ public:
 
     // The Paint event: shows what the record holds.
     virtual void repaintFromRecord() = 0;
+    // The lists bound to the application database read their tables again.
+    virtual void refreshLists() {}
     // Puts Left, Top and the window state into formpos.
     void storePlacement() const;
 
@@ -52,6 +54,8 @@ void restartCalculation();
 
 // Repaints the panels that are loaded and in normal window state.
 void refreshPanels();
+// The panels' lists read their tables again, then refreshPanels.
+void refreshPanelLists();
 // The repaint of one panel, when it is loaded.
 void repaintPanel(const QString &name);
 void storePanelPlacements();

@@ -219,6 +219,12 @@ void Measur::chooseConfiguration()
     repaintFromRecord();
 }
 
+void Measur::refreshLists()
+{
+    ResumeNext onError;
+    onError([this] { data2_->Refresh(); });
+}
+
 void Measur::repaintFromRecord()
 {
     setOption(ospan_, indexOf(kSpans, st.span));

@@ -20,6 +20,7 @@ public:
     explicit Measur(QWidget *parent = nullptr);
 
     void repaintFromRecord() override;
+    void refreshLists() override;
 
 private:
     void text1Key(int &key);

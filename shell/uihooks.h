@@ -14,6 +14,9 @@ struct UiHooks {
     std::function<void()> closeBoxcom;
     std::function<void()> showTransmission;      // the debug form Tr
     std::function<void()> refreshForms;          // repaint measur, track, detec from the record
+    // Limits or configurations were added, copied, deleted or renamed: the panels' lists read
+    // their tables again, then the panels repaint.
+    std::function<void()> definitionListsChanged;
     // Before setting.def is written: the forms put their placement (twips) into st.formpos.
     std::function<void()> storeFormPositions;
     std::function<void()> configurationChanged;  // configname and the distance labels of grafik

@@ -1,5 +1,7 @@
 // The three live panels against the simulator over a real pty: what each control sends, the texts
 // the number boxes leave, the clamps, the restarts of the calculation and the analyser's memories.
+#include "editors/definitiondialogs.h"
+#include "editors/editorwidgets.h"
 #include "link/commands.h"
 #include "platform/beep.h"
 #include "platform/dbcombo.h"
@@ -71,6 +73,16 @@ private slots:
         QVERIFY(units->count() >= 9);
         QCOMPARE(units->Text(), QStringLiteral("dBmW"));
         QVERIFY(bench.log().isEmpty());  // no traffic at start
+
+        // A limit and a configuration made in the editors' dialogs are in the panels' lists at once.
+        for (const auto &[family, form, combo] : {std::tuple(Family::Limit, "detec", "DBCombo1"),
+                                                  std::tuple(Family::Configuration, "measur", "DBCombo2")}) {
+            NewCopyDialog dialog(family);
+            dialog.nameBox()->setText(QStringLiteral("Made today"));
+            dialog.addNew();
+            dialog.close();
+            QVERIFY2(formOf(form)->findChild<DBCombo *>(QString::fromLatin1(combo))->findText(QStringLiteral("Made today")) >= 0, form);
+        }
 
         // Closed from the menu's reach and shown again by it.
         unloadForm(QStringLiteral("detec"));
