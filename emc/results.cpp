@@ -232,14 +232,16 @@ ResultTable readResults(const QString &path)
     const double offset = offsetText.isEmpty() ? 0.0 : offsetText.toDouble();
     if (offsetText.isEmpty())
         table.unit = QStringLiteral("dBmW");
+    table.unitOffset = offset;
 
     const auto peakLimit = fileLimit(file, true);
     const auto averageLimit = fileLimit(file, false);
+    // Rows of the sweep that were not stepped hold -1000 as their peak.
     try {
-        Recordset rs = file.OpenRecordset(QStringLiteral("select * from measurement order by frequency"), dbOpenSnapshot);
+        Recordset rs = file.OpenRecordset(QStringLiteral("select * from measurement where maxhold_dbmw > -999.5 order by frequency"), dbOpenSnapshot);
         for (; !rs.Eof(); rs.MoveNext()) {
             if (!cell(rs, "Frequency") || !level(rs, "Maxhold_dBmW"))
-                continue;  // a row of the sweep that was not stepped
+                continue;
             table.lines.push_back(lineOf(rs, peakLimit, table.peakLimitLog, averageLimit, table.averageLimitLog, offset));
         }
         rs.Close();

@@ -39,6 +39,7 @@ struct ResultTable {
     double date = 0;        // of the run
     int distance = 0;       // metres, of the configuration; 0 unknown
     QString unit;           // display unit
+    double unitOffset = 0;  // display unit over dBmW
     bool peakLimitLog = false, averageLimitLog = false;
     QString peakLimitName, averageLimitName;
     std::vector<ResultLine> lines;  // worst margin first; lines without a limit at the end

@@ -2,6 +2,7 @@
 
 #include "editors/editorforms.h"
 #include "emc/emcforms.h"
+#include "emc/resultsform.h"
 #include "live/livepanel.h"
 #include "plot/printforms.h"
 
@@ -14,6 +15,7 @@ void registerAllForms()
     registerReportForms();
     registerEditorForms();
     registerEmcForms();
+    registerResultsForms();
 }
 
 }  // namespace kw
