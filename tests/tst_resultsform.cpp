@@ -3,6 +3,9 @@
 #include "platform/dialogs.h"
 #include "plot/axes.h"
 #include "plot/grafik.h"
+#include "plot/printforms.h"
+#include "plot/report.h"
+#include "plot/resultspage.h"
 #include "shell/forms.h"
 #include "shell/mdi.h"
 #include "shell/state.h"
@@ -11,6 +14,8 @@
 #include "support/testfiles.h"
 
 #include <QAction>
+#include <QCheckBox>
+#include <QProcess>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
@@ -19,6 +24,24 @@
 #include <memory>
 
 using namespace kw;
+
+namespace {
+
+QString run(const QString &program, const QStringList &args)
+{
+    QProcess p;
+    p.start(program, args);
+    p.waitForFinished(30000);
+    return QString::fromUtf8(p.readAllStandardOutput());
+}
+
+int pageCount(const QString &pdf)
+{
+    static const QRegularExpression pages(QStringLiteral("Pages:\\s+(\\d+)"));
+    return pages.match(run(QStringLiteral("pdfinfo"), {pdf})).captured(1).toInt();
+}
+
+}  // namespace
 
 class TestResultsForm : public QObject {
     Q_OBJECT
@@ -42,6 +65,8 @@ private slots:
         st.freqstop = 1500.0f;
         st.grafikmin = -300;
         st.grafikmax = 0;
+        st.viewlimitmax = st.viewmaxhold = 1;
+        resultsPageOption() = false;
     }
     void cleanup()
     {
@@ -130,6 +155,48 @@ private slots:
         boxes_.files.push_back(std::nullopt);
         window.menuEntry(QStringLiteral("mnuexpmeasurement"))->trigger();
         QCOMPARE(QDir(program_->path()).entryList({QStringLiteral("*.csv")}).size(), 2);
+    }
+
+    // The report gains the table's sheet with the option only; the preview a second sheet.
+    void reportPageOnlyWithTheOption()
+    {
+        const QString without = program_->file(QStringLiteral("without.pdf"));
+        const QString with = program_->file(QStringLiteral("with.pdf"));
+        printReportToPdf(without);
+        resultsPageOption() = true;
+        printReportToPdf(with);
+        QCOMPARE(pageCount(with), pageCount(without) + 1);
+        QVERIFY(pageCount(without) >= 1);
+        const QString last = QString::number(pageCount(with));
+        const QString text = run(QStringLiteral("pdftotext"), {QStringLiteral("-f"), last, with, QStringLiteral("-")}).simplified();
+        QVERIFY2(text.contains(QStringLiteral("Results: CISPR 32 B radiated 3 m")) && text.contains(QStringLiteral("Verdict: FAIL")) &&
+                     text.contains(QStringLiteral("230.000")) && text.contains(QStringLiteral("+1.0 Pk")),
+                 qPrintable(text));
+        QVERIFY(text.indexOf(QStringLiteral("230.000")) < text.indexOf(QStringLiteral("1500.000")));
+        if (!qEnvironmentVariableIsEmpty("KW_KEEP_PICTURES"))
+            QFile::copy(with, QStringLiteral("results-report.pdf"));
+
+        // A ".mes" file or live traces: no sheet, whatever the option says.
+        st.filemode = 0;
+        const QString live = program_->file(QStringLiteral("live.pdf"));
+        printReportToPdf(live);
+        QCOMPARE(pageCount(live), pageCount(without));
+
+        st.filemode = 1;
+        resultsPageOption() = false;
+        Mdi window;
+        window.show();
+        showPrintSettings();
+        auto *r = loadedForm(QStringLiteral("printe"))->findChild<PictureBox *>(QStringLiteral("r"));
+        QVERIFY(r);
+        const double plotOnly = r->surface().scaleHeight();
+        QTest::mouseClick(loadedForm(QStringLiteral("setprn"))->findChild<QCheckBox *>(QStringLiteral("CheckResults")),
+                          Qt::LeftButton);
+        QVERIFY(resultsPageOption());
+        QCOMPARE(r->surface().scaleHeight(), 2 * plotOnly);
+        if (!qEnvironmentVariableIsEmpty("KW_KEEP_PICTURES"))
+            r->surface().image().save(QStringLiteral("results-preview.png"));
+        resultsPageOption() = false;
     }
 };
 
