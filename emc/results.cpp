@@ -171,6 +171,14 @@ QString verdictText(Verdict v)
     return QStringLiteral("no limit");
 }
 
+std::optional<double> unitOffset(const QString &unitName)
+{
+    const QString text = lookup(QStringLiteral("select unitoffset from unit where unitname = ") + quoted(unitName), "unitoffset");
+    bool ok = false;
+    const double offset = text.toDouble(&ok);
+    return ok ? std::optional<double>(offset) : std::nullopt;
+}
+
 std::optional<double> limitAt(const std::vector<LimitRow> &rows, double f, bool logarithmic)
 {
     std::optional<double> lowest;
@@ -227,11 +235,10 @@ ResultTable readResults(const QString &path)
         return table;
     }
     table.configuration = lookup(QStringLiteral("select config from test where name = ") + quoted(table.test), "config");
-    const QString offsetText =
-        lookup(QStringLiteral("select unitoffset from unit where unitname = ") + quoted(table.unit), "unitoffset");
-    const double offset = offsetText.isEmpty() ? 0.0 : offsetText.toDouble();
-    if (offsetText.isEmpty())
+    const std::optional<double> shown = unitOffset(table.unit);
+    if (!shown)
         table.unit = QStringLiteral("dBmW");
+    const double offset = shown.value_or(0.0);
     table.unitOffset = offset;
 
     const auto peakLimit = fileLimit(file, true);

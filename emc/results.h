@@ -64,4 +64,8 @@ ResultTable readResults(const QString &path);
 
 QString verdictText(Verdict v);
 
+// The offset of a display unit over dBmW from table unit of the application database (st.db);
+// nothing when the unit is not there.
+std::optional<double> unitOffset(const QString &unitName);
+
 }  // namespace kw

@@ -88,25 +88,6 @@ std::optional<double> present(const QVariant &v)
     return d;
 }
 
-// The unit and its offset of a file's unit name, from the application database.
-std::pair<QString, double> displayUnit(const QString &name)
-{
-    try {
-        QString q = name;
-        q.replace(QLatin1Char('\''), QStringLiteral("''"));
-        Recordset rs = st.db.OpenRecordset(QStringLiteral("select * from unit where unitname = '") + q + QLatin1Char('\''),
-                                           dbOpenSnapshot);
-        if (!rs.Eof()) {
-            const double offset = rs.FieldNumber(QStringLiteral("unitoffset"));
-            rs.Close();
-            return {name, offset};
-        }
-        rs.Close();
-    } catch (const VbError &) {
-    }
-    return {QStringLiteral("dBmW"), 0.0};
-}
-
 }  // namespace
 
 CsvStyle csvStyle(const QLocale &locale)
@@ -126,7 +107,9 @@ QByteArray measurementCsv(const QString &path, const CsvStyle &style, QString *e
         if (settings.Eof())
             throw VbError(3021);
         const bool emc = int(settings.FieldNumber(QStringLiteral("vernr"))) == kEmcVersion;
-        const auto [unit, offset] = displayUnit(vbTrim(settings.FieldText(QStringLiteral("unit"))));
+        const std::optional<double> known = unitOffset(vbTrim(settings.FieldText(QStringLiteral("unit"))));
+        const QString unit = known ? vbTrim(settings.FieldText(QStringLiteral("unit"))) : QStringLiteral("dBmW");
+        const double offset = known.value_or(0.0);
         csv.comment(QStringLiteral("KW3400R measurement"), vbRTrim(path));
         for (const QString &column : settings.FieldNames()) {
             const QVariant v = settings.Field(column);

@@ -234,18 +234,6 @@ private slots:
         QCOMPARE(r.rows[0][12], QStringLiteral("yes"));
         QCOMPARE(r.rows[2][8], QStringLiteral("QPeak"));
     }
-
-    void aFileIsWrittenWholeOrNotAtAll()
-    {
-        const QString path = program_->file(QStringLiteral("out.csv"));
-        QString error;
-        QVERIFY(writeTextFile(path, "a,b\r\n", &error));
-        QVERIFY(!writeTextFile(program_->file(QStringLiteral("no/such/dir/out.csv")), "x", &error));
-        QVERIFY(!error.isEmpty());
-        QFile in(path);
-        QVERIFY(in.open(QIODevice::ReadOnly));
-        QCOMPARE(in.readAll(), QByteArray("a,b\r\n"));
-    }
 };
 
 QTEST_MAIN(TestResults)

@@ -17,8 +17,6 @@
 #include <QCheckBox>
 #include <QProcess>
 #include <QLabel>
-#include <QMenu>
-#include <QMenuBar>
 #include <QTableWidget>
 #include <QtTest>
 #include <memory>
@@ -73,22 +71,6 @@ private slots:
         setDialogs(nullptr);
         st.db.Close();
         program_.reset();
-    }
-
-    // "Results" follows "Save" and "Export" follows it; the entries of the table keep their order.
-    void menuEntries()
-    {
-        Mdi window;
-        auto *data = window.findChild<QMenu *>(QStringLiteral("mnuKonfiguration"));
-        QStringList names;
-        for (QAction *a : data->actions())
-            names << a->objectName();
-        QCOMPARE(names.mid(0, 6), (QStringList{"mnuload", "mnusave", "mnuresults", "mnuexport", "mnutrena", "mnunew"}));
-        QCOMPARE(names.last(), QStringLiteral("mnuBeenden"));
-        auto *exports = data->findChild<QMenu *>(QStringLiteral("mnuexport"));
-        QCOMPARE(exports->actions().size(), 2);
-        QCOMPARE(exports->actions()[0]->text(), QStringLiteral("&Measurement (CSV)..."));
-        QCOMPARE(exports->actions()[1]->text(), QStringLiteral("&Results (CSV)..."));
     }
 
     void formShowsTheFileAndAClickMovesCursorOne()
