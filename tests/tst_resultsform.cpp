@@ -16,6 +16,7 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QProcess>
+#include <QPushButton>
 #include <QLabel>
 #include <QTableWidget>
 #include <QtTest>
@@ -109,6 +110,20 @@ private slots:
         form->refresh();
         QCOMPARE(grid->rowCount(), 0);
         QVERIFY(form->findChild<QLabel *>(QStringLiteral("Label1"))->text().startsWith(QStringLiteral("No EMC test file")));
+    }
+
+    void emcHasAResultsButton()
+    {
+        Mdi window;
+        window.show();
+        window.menuEntry(QStringLiteral("mnuemc"))->trigger();
+        QWidget *emc = loadedForm(QStringLiteral("emc"));
+        QVERIFY(emc);
+        QCoreApplication::processEvents();
+        if (!qEnvironmentVariableIsEmpty("KW_KEEP_PICTURES"))
+            emc->grab().save(QStringLiteral("emc-form.png"));
+        QTest::mouseClick(emc->findChild<QPushButton *>(QStringLiteral("cmdResults")), Qt::LeftButton);
+        QVERIFY(formLoaded(QStringLiteral("results")));
     }
 
     void exportsWriteWhereTheOperatorSays()
