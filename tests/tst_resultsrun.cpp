@@ -49,8 +49,8 @@ private slots:
         for (size_t i = 1; i < table.lines.size(); ++i)
             QVERIFY(!table.lines[i].worstMargin() || *table.lines[i].worstMargin() <= *table.lines[i - 1].worstMargin());
 
-        st.measurefile = file;
-        st.filemode = 1;
+        // The finished run stays shown from its file: the form reads it without a load.
+        QCOMPARE(shownMeasurementFile(), file);
         ResultsForm form;
         form.resize(980, 360);
         form.show();
