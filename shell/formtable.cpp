@@ -4,7 +4,11 @@
 #include "emc/emcforms.h"
 #include "emc/resultsform.h"
 #include "live/livepanel.h"
+#include "live/toolforms.h"
+#include "plot/notesform.h"
 #include "plot/printforms.h"
+#include "shell/about.h"
+#include "store/settingsforms.h"
 
 namespace kw {
 
@@ -12,6 +16,10 @@ namespace kw {
 void registerAllForms()
 {
     registerLiveForms();
+    registerToolForms();
+    registerNamedSettingsForms();
+    registerNotesForm();
+    registerAboutForm();
     registerReportForms();
     registerEditorForms();
     registerEmcForms();
