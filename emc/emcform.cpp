@@ -2,6 +2,7 @@
 
 #include "emc/emchooks.h"
 #include "emc/loadtest.h"
+#include "emc/resultsform.h"
 #include "emc/rundriver.h"
 #include "emc/typednumber.h"
 #include "live/cycle.h"
@@ -128,6 +129,7 @@ EmcForm::EmcForm(QWidget *parent) : QWidget(parent)
     auto *buttons = new QHBoxLayout;
     for (int i = 1; i <= 4; ++i)
         buttons->addWidget(command_[i]);
+    buttons->addWidget(resultsButton(this));
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(combo1_);
     layout->addLayout(buttons);

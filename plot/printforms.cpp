@@ -6,6 +6,7 @@
 #include "plot/drawplot.h"
 #include "plot/grafik.h"
 #include "plot/report.h"
+#include "plot/resultspage.h"
 #include "shell/forms.h"
 #include "shell/menu.h"
 #include "shell/state.h"
@@ -77,6 +78,7 @@ Setprn::Setprn(QWidget *parent) : QWidget(parent)
     layout->addWidget(check7_, 2, 2);
     layout->addWidget(check6_, 3, 0);
     layout->addWidget(check5_, 3, 1);
+    layout->addWidget(resultsOption(this, [this] { refresh(); }), 3, 2);
     layout->addWidget(print, 4, 0);
     layout->addWidget(cancel, 4, 1);
     layout->addWidget(pdfButton, 4, 2);

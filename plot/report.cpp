@@ -11,6 +11,7 @@
 #include "plot/grid.h"
 #include "plot/page.h"
 #include "plot/reportparts.h"
+#include "plot/resultspage.h"
 #include "plot/tracescan.h"
 #include "shell/forms.h"
 #include "shell/state.h"
@@ -135,6 +136,7 @@ void printReportOn(QPrinter &printer)
                 printNotes(paper, style);
             }
         }
+        printResultsPage(paper, style);
         paper.endDoc();
     } catch (const std::exception &) {
     }
@@ -170,6 +172,7 @@ void DrawPreview()
     const PageStyle &style = previewStyle();
     try {
         picture->setScale(kPageLeft, pageTop(), kPreviewWidth, plotRange() * (st.printvertical ? 2.3 : 1.3));
+        growPreviewForResults(*picture);
         picture->clear();
         plotPage(*picture, style);
         if (st.printcursor == 1) {
@@ -181,6 +184,7 @@ void DrawPreview()
             picture->currentX = 0;
             printNotes(*picture, style);
         }
+        previewResults(*picture, style);
     } catch (const std::exception &) {
     }
     if (previewArea().shown)

@@ -2,6 +2,7 @@
 
 #include "editors/editorforms.h"
 #include "emc/emcforms.h"
+#include "emc/resultsform.h"
 #include "live/livepanel.h"
 #include "live/toolforms.h"
 #include "plot/notesform.h"
@@ -22,6 +23,7 @@ void registerAllForms()
     registerReportForms();
     registerEditorForms();
     registerEmcForms();
+    registerResultsForms();
 }
 
 }  // namespace kw

@@ -2,6 +2,7 @@
 
 #include "editors/editorforms.h"
 #include "emc/emcforms.h"
+#include "emc/resultsform.h"
 #include "link/connection.h"
 #include "platform/dialogs.h"
 #include "plot/printforms.h"
@@ -114,6 +115,7 @@ void buildMainMenu(Mdi &window)
     emcMenu(window);
     onMenu(window, QStringLiteral("mnunormal"), [](Mdi &) { mnunormal(); });
     onMenu(window, QStringLiteral("mnuemc"), [](Mdi &) { mnuemc(); });
+    resultsMenu(window);
 }
 
 void onMenu(Mdi &window, const QString &name, void (*command)(Mdi &))

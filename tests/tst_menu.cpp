@@ -76,6 +76,8 @@ private slots:
         const QStringList table = {
             "mnuload &Load", "  mnulsettings &Settings", "  mnulmeasure &Measurements",
             "mnusave &Save", "  mnussettings &Settings", "  mnusmeasurement &Measurement",
+            "mnuresults &Results", "mnuexport Exp&ort", "  mnuexpmeasurement &Measurement (CSV)...",
+            "  mnuexpresults &Results (CSV)...",
             "mnutrena -",
             "mnunew &New/Copy", "  mnunewlim &Limitdefinition", "  mnulosnew Loss/Gain-&Components",
             "  mnuconfnew C&onfig", "  mnunedit &EMC-Test",

@@ -1,0 +1,240 @@
+// The results table of a finished run and the CSV files, read from ".emc" files of known rows.
+#include "emc/results.h"
+#include "platform/recordset.h"
+#include "platform/vbformat.h"
+#include "shell/state.h"
+#include "store/csvexport.h"
+#include "store/measurementfile.h"
+#include "support/programdir.h"
+#include "support/resultsfile.h"
+
+#include <QtTest>
+#include <memory>
+
+using namespace kw;
+
+using kwtest::emcFile;
+using kwtest::kUv;
+
+namespace {
+
+// A CSV line split at the separator outside quotes, quotes taken off.
+QStringList cells(const QString &line, QChar separator)
+{
+    QStringList out{QString()};
+    bool quoted = false;
+    for (int i = 0; i < line.size(); ++i) {
+        const QChar c = line[i];
+        if (c == QLatin1Char('"')) {
+            if (quoted && i + 1 < line.size() && line[i + 1] == QLatin1Char('"'))
+                out.last() += line[++i];
+            else
+                quoted = !quoted;
+        } else if (c == separator && !quoted) {
+            out << QString();
+        } else {
+            out.last() += c;
+        }
+    }
+    return out;
+}
+
+struct Csv {
+    QStringList comments;
+    QStringList header;
+    QList<QStringList> rows;
+};
+
+Csv parse(const QByteArray &bytes, const CsvStyle &style)
+{
+    Csv csv;
+    QString text = QString::fromUtf8(bytes);
+    if (text.startsWith(QChar(0xFEFF)))
+        text.remove(0, 1);
+    for (const QString &line : text.split(QStringLiteral("\r\n"), Qt::SkipEmptyParts)) {
+        if (line.startsWith(QLatin1Char('#')))
+            csv.comments << line;
+        else if (csv.header.isEmpty())
+            csv.header = cells(line, style.separator);
+        else
+            csv.rows << cells(line, style.separator);
+    }
+    return csv;
+}
+
+double number(QString cell, const CsvStyle &style)
+{
+    if (style.decimal != QLatin1Char('.')) {
+        if (cell.contains(QLatin1Char('.')))
+            return qQNaN();  // a point where a comma belongs
+        cell.replace(style.decimal, QLatin1Char('.'));
+    }
+    bool ok = false;
+    const double v = cell.toDouble(&ok);
+    return ok ? v : qQNaN();
+}
+
+}  // namespace
+
+class TestResults : public QObject {
+    Q_OBJECT
+    std::unique_ptr<test::TempProgramDir> program_;
+
+private slots:
+    void init()
+    {
+        program_ = std::make_unique<test::TempProgramDir>();
+        st.db = OpenDatabase(program_->file(QStringLiteral("default.mdb")));
+    }
+    void cleanup()
+    {
+        st.db.Close();
+        program_.reset();
+    }
+
+    void limitAtAFrequency_data()
+    {
+        QTest::addColumn<double>("f");
+        QTest::addColumn<bool>("log");
+        QTest::addColumn<double>("expected");  // NaN: no limit
+        QTest::newRow("first point") << 30.0 << false << 40.0;
+        QTest::newRow("straight in frequency") << 50.0 << false << 40.0 - 10.0 * 20.0 / 70.0;
+        QTest::newRow("straight in log frequency") << 50.0 << true << 40.0 - 10.0 * std::log10(50.0 / 30.0) / std::log10(100.0 / 30.0);
+        QTest::newRow("a step: the lower level") << 230.0 << true << 30.0;
+        QTest::newRow("after the step") << 230.5 << false << 37.0;
+        QTest::newRow("below the limit") << 29.99 << false << qQNaN();
+        QTest::newRow("above the limit") << 1000.01 << false << qQNaN();
+    }
+    void limitAtAFrequency()
+    {
+        QFETCH(double, f);
+        QFETCH(bool, log);
+        QFETCH(double, expected);
+        std::vector<LimitRow> rows = {{30.0f, 40.0f}, {100.0f, 30.0f}, {230.0f, 30.0f}, {230.0f, 37.0f}, {1000.0f, 37.0f}};
+        rows.insert(rows.begin() + 2, LimitRow{});  // an empty cell of a shorter column is passed over
+        const auto limit = limitAt(rows, f, log);
+        if (qIsNaN(expected)) {
+            QVERIFY(!limit);
+        } else {
+            QVERIFY(limit);
+            QVERIFY2(std::abs(*limit - expected) < 1e-4, qPrintable(QString::number(*limit)));
+        }
+    }
+
+    void tableOfARun_data()
+    {
+        QTest::addColumn<bool>("peakLog");
+        QTest::newRow("linear peak limit") << false;
+        QTest::newRow("logarithmic peak limit") << true;
+    }
+    void tableOfARun()
+    {
+        QFETCH(bool, peakLog);
+        const ResultTable t = readResults(emcFile(program_->path(), peakLog));
+        QVERIFY2(t.error.isEmpty(), qPrintable(t.error));
+        QCOMPARE(t.test, QStringLiteral("CISPR 32 B radiated 3 m"));
+        QCOMPARE(t.configuration, QStringLiteral("Radiated 3 m bilog, cable, preamplifier"));
+        QCOMPARE(t.unit, QStringLiteral("dBµV/m"));
+        QCOMPARE(t.distance, 3);
+        QCOMPARE(t.peakLimitLog, peakLog);
+        // The row swept but not stepped has no line; worst margin first, no limit last.
+        QCOMPARE(int(t.lines.size()), 4);
+        const double limit50 = peakLog ? 40.0 - 10.0 * std::log10(50.0 / 30.0) / std::log10(100.0 / 30.0) : 40.0 - 10.0 * 20.0 / 70.0;
+        QCOMPARE(t.lines[0].frequency, 230.0);  // peak 31 over the 30 that holds at the step
+        QCOMPARE(t.lines[1].frequency, 400.0);
+        QCOMPARE(t.lines[2].frequency, 50.0);
+        QCOMPARE(t.lines[3].frequency, 1500.0);
+
+        const ResultLine &step = t.lines[0];
+        QVERIFY(!step.marginFromQPeak && !step.qpeak);
+        QCOMPARE(step.polarisation, QLatin1Char('H'));
+        QVERIFY(std::abs(*step.peakMargin - 1.0) < 1e-4);
+        QVERIFY(std::abs(*step.averageMargin - 5.0) < 1e-4);
+        QCOMPARE(step.verdict, Verdict::Fail);
+        QVERIFY(step.ambientNear && std::abs(*step.ambient - 27.0) < 1e-4);  // the larger of H and V
+
+        const ResultLine &onLimit = t.lines[1];
+        QVERIFY(std::abs(*onLimit.peakMargin) < 1e-4);
+        QVERIFY(!onLimit.average && !onLimit.averageLimit && !onLimit.averageMargin);
+        QCOMPARE(onLimit.verdict, Verdict::Pass);
+        QCOMPARE(onLimit.polarisation, QLatin1Char('V'));
+        QVERIFY(!onLimit.ambient && !onLimit.ambientNear);
+
+        const ResultLine &low = t.lines[2];
+        QCOMPARE(low.polarisation, QLatin1Char('V'));
+        QVERIFY(low.marginFromQPeak);
+        QVERIFY(std::abs(*low.peakLimit - limit50) < 1e-3);
+        QVERIFY(std::abs(*low.peakMargin - (33.0 - limit50)) < 1e-3);  // the quasi-peak is judged
+        QVERIFY(std::abs(*low.averageLimit - (30.0 - 200.0 / 70.0)) < 1e-3);  // average limit stays straight
+        QVERIFY(!low.ambientNear && std::abs(*low.ambient - 28.0) < 1e-4);
+        QCOMPARE(low.verdict, Verdict::Pass);
+
+        QCOMPARE(t.lines[3].verdict, Verdict::NoLimit);
+        QCOMPARE(t.overall(), Verdict::Fail);
+        QCOMPARE(t.failed(), 1);
+    }
+
+    void notAnEmcFile()
+    {
+        const ResultTable mes = readResults(emcFile(program_->path(), false, kMesVersion));
+        QVERIFY(mes.lines.empty() && !mes.error.isEmpty());
+        const ResultTable none = readResults(program_->file(QStringLiteral("missing.emc")));
+        QVERIFY(none.lines.empty() && !none.error.isEmpty());
+        QVERIFY(!QFile::exists(program_->file(QStringLiteral("missing.emc"))));
+    }
+
+    void csvInBothLocales_data()
+    {
+        QTest::addColumn<QString>("locale");
+        QTest::newRow("point") << "en_US";
+        QTest::newRow("comma") << "de_DE";
+    }
+    void csvInBothLocales()
+    {
+        QFETCH(QString, locale);
+        const CsvStyle style = csvStyle(QLocale(locale));
+        QCOMPARE(style.separator, locale == QLatin1String("de_DE") ? QLatin1Char(';') : QLatin1Char(','));
+        const QString path = emcFile(program_->path(), true);
+
+        QString error;
+        const Csv m = parse(measurementCsv(path, style, &error), style);
+        QVERIFY(error.isEmpty());
+        QCOMPARE(m.header.size(), 14);
+        QCOMPARE(m.header[0], QStringLiteral("Frequency (MHz)"));
+        QCOMPARE(m.header[1], QStringLiteral("Step mark"));
+        QCOMPARE(m.header[3], QStringLiteral("Maxhold (dBµV/m)"));
+        QVERIFY(m.comments.contains(QStringLiteral("# dat: ") + fromOleDate(46000.5).toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"))));
+        QVERIFY(m.comments.contains(QStringLiteral("# note: line one / line two")));
+        QCOMPARE(m.rows.size(), 5);
+        for (const QStringList &row : m.rows)
+            QCOMPARE(row.size(), 14);
+        QCOMPARE(number(m.rows[0][0], style), 50.0);
+        QCOMPARE(number(m.rows[0][1], style), 1.0);
+        QCOMPARE(number(m.rows[0][3], style), 36.0);  // back in the display unit
+        QCOMPARE(m.rows[0][7], QString());            // -1000
+        QCOMPARE(m.rows[2][4], QString());            // empty
+        QCOMPARE(number(m.rows[0][6], style), 28.0);
+
+        const ResultTable t = readResults(path);
+        const Csv r = parse(resultsCsv(t, style), style);
+        QVERIFY(r.comments.contains(QStringLiteral("# Verdict: FAIL")));
+        QCOMPARE(r.header.size(), 13);
+        QCOMPARE(r.rows.size(), 4);
+        for (int i = 0; i < 4; ++i) {
+            const QStringList &row = r.rows[i];
+            QCOMPARE(row.size(), 13);
+            QCOMPARE(number(row[0], style), t.lines[size_t(i)].frequency);
+            if (t.lines[size_t(i)].peakMargin)
+                QVERIFY(std::abs(number(row[7], style) - *t.lines[size_t(i)].peakMargin) <= 0.005);
+            else
+                QCOMPARE(row[7], QString());
+            QCOMPARE(row[10], verdictText(t.lines[size_t(i)].verdict));
+        }
+        QCOMPARE(r.rows[0][8], QStringLiteral("Peak"));
+        QCOMPARE(r.rows[0][12], QStringLiteral("yes"));
+        QCOMPARE(r.rows[2][8], QStringLiteral("QPeak"));
+    }
+};
+
+QTEST_MAIN(TestResults)
+#include "tst_results.moc"

@@ -1,0 +1,201 @@
+// The form "Results", its menu entries and the CSV exports as the operator reaches them.
+#include "emc/resultsform.h"
+#include "platform/dialogs.h"
+#include "plot/axes.h"
+#include "plot/grafik.h"
+#include "plot/printforms.h"
+#include "plot/report.h"
+#include "plot/resultspage.h"
+#include "shell/forms.h"
+#include "shell/mdi.h"
+#include "shell/state.h"
+#include "support/programdir.h"
+#include "support/resultsfile.h"
+#include "support/testfiles.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QProcess>
+#include <QPushButton>
+#include <QLabel>
+#include <QTableWidget>
+#include <QtTest>
+#include <memory>
+
+using namespace kw;
+
+namespace {
+
+QString run(const QString &program, const QStringList &args)
+{
+    QProcess p;
+    p.start(program, args);
+    p.waitForFinished(30000);
+    return QString::fromUtf8(p.readAllStandardOutput());
+}
+
+int pageCount(const QString &pdf)
+{
+    static const QRegularExpression pages(QStringLiteral("Pages:\\s+(\\d+)"));
+    return pages.match(run(QStringLiteral("pdfinfo"), {pdf})).captured(1).toInt();
+}
+
+}  // namespace
+
+class TestResultsForm : public QObject {
+    Q_OBJECT
+    std::unique_ptr<test::TempProgramDir> program_;
+    ScriptedDialogs boxes_;
+    QString file_;
+
+private slots:
+    void init()
+    {
+        program_ = std::make_unique<test::TempProgramDir>();
+        st.db = OpenDatabase(program_->file(QStringLiteral("default.mdb")));
+        boxes_ = ScriptedDialogs();
+        setDialogs(&boxes_);
+        file_ = kwtest::emcFile(program_->path(), true);
+        st.measurefile = file_;
+        st.filemode = 1;
+        st.mode = 2;
+        st.unitoffset = 107.0f;
+        st.freqstart = 30.0f;
+        st.freqstop = 1500.0f;
+        st.grafikmin = -300;
+        st.grafikmax = 0;
+        st.viewlimitmax = st.viewmaxhold = 1;
+        resultsPageOption() = false;
+    }
+    void cleanup()
+    {
+        setDialogs(nullptr);
+        st.db.Close();
+        program_.reset();
+    }
+
+    void formShowsTheFileAndAClickMovesCursorOne()
+    {
+        Mdi window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        showGrafik(window);
+        window.menuEntry(QStringLiteral("mnuresults"))->trigger();
+        auto *form = qobject_cast<ResultsForm *>(loadedForm(QStringLiteral("results")));
+        QVERIFY(form);
+        QTableWidget *grid = form->grid();
+        QCOMPARE(grid->rowCount(), 4);
+        QCOMPARE(grid->item(0, 0)->text(), QStringLiteral("230.000"));
+        QCOMPARE(grid->item(0, 9)->text(), QStringLiteral("FAIL"));
+        QCOMPARE(grid->item(3, 9)->text(), QStringLiteral("no limit"));
+        QVERIFY(grid->item(0, 10)->text().endsWith(QStringLiteral(" !")));  // the ambient 4 dB under the peak
+        const QString header = form->findChild<QLabel *>(QStringLiteral("Label1"))->text();
+        QVERIFY2(header.contains(QStringLiteral("CISPR 32 B radiated 3 m")) && header.contains(QStringLiteral("3 m")) &&
+                     header.contains(QStringLiteral("dBµV/m")),
+                 qPrintable(header));
+        QVERIFY(form->findChild<QLabel *>(QStringLiteral("Label2"))->text().startsWith(QStringLiteral("Verdict: FAIL")));
+        QCoreApplication::processEvents();
+        if (!qEnvironmentVariableIsEmpty("KW_KEEP_PICTURES"))
+            form->parentWidget()->grab().save(QStringLiteral("results-form.png"));
+
+        // The third line (50 MHz) is judged by its quasi-peak, 33 dBµV/m.
+        const QRect cell = grid->visualItemRect(grid->item(2, 0));
+        QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, cell.center());
+        QCOMPARE(st.cursor1x, int32_t(std::lround(FreqToX(50.0f))));
+        QCOMPARE(st.cursor1y, int32_t(std::lround((33.0 - 107.0) * 2.5)));
+        QVERIFY(std::abs(st.cursor1freq - 50.0f) < 1.0f);
+
+        // Nothing shown from a file: the form says so rather than showing the last table.
+        st.filemode = 0;
+        form->refresh();
+        QCOMPARE(grid->rowCount(), 0);
+        QVERIFY(form->findChild<QLabel *>(QStringLiteral("Label1"))->text().startsWith(QStringLiteral("No EMC test file")));
+    }
+
+    void emcHasAResultsButton()
+    {
+        Mdi window;
+        window.show();
+        window.menuEntry(QStringLiteral("mnuemc"))->trigger();
+        QWidget *emc = loadedForm(QStringLiteral("emc"));
+        QVERIFY(emc);
+        QCoreApplication::processEvents();
+        if (!qEnvironmentVariableIsEmpty("KW_KEEP_PICTURES"))
+            emc->grab().save(QStringLiteral("emc-form.png"));
+        QTest::mouseClick(emc->findChild<QPushButton *>(QStringLiteral("cmdResults")), Qt::LeftButton);
+        QVERIFY(formLoaded(QStringLiteral("results")));
+    }
+
+    void exportsWriteWhereTheOperatorSays()
+    {
+        Mdi window;
+        boxes_.files.push_back(program_->file(QStringLiteral("table")));
+        boxes_.files.push_back(program_->file(QStringLiteral("res.csv")));
+        window.menuEntry(QStringLiteral("mnuexpmeasurement"))->trigger();
+        window.menuEntry(QStringLiteral("mnuexpresults"))->trigger();
+        QCOMPARE(boxes_.fileRequests.size(), size_t(2));
+        QVERIFY(boxes_.fileRequests[1].dir.endsWith(QStringLiteral("run results.csv")));
+        const QByteArray measurement = kwtest::readFile(program_->file(QStringLiteral("table.csv")));
+        QVERIFY(measurement.startsWith("\xEF\xBB\xBF# KW3400R measurement: " + file_.toUtf8()));
+        const QString results = QString::fromUtf8(kwtest::readFile(program_->file(QStringLiteral("res.csv"))));
+        QVERIFY(results.contains(QStringLiteral("# Verdict: FAIL")));
+        const QStringList lines = results.split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
+        QCOMPARE(std::count_if(lines.begin(), lines.end(), [](const QString &l) { return !l.startsWith(QLatin1Char('#')); }), 5);
+
+        // No file shown: a box, no dialog, no file. A cancelled dialog writes nothing.
+        st.filemode = 0;
+        window.menuEntry(QStringLiteral("mnuexpresults"))->trigger();
+        window.menuEntry(QStringLiteral("mnuexpmeasurement"))->trigger();
+        QCOMPARE(boxes_.fileRequests.size(), size_t(2));
+        QCOMPARE(boxes_.count(QStringLiteral("Export")), 2);
+        st.filemode = 1;
+        boxes_.files.push_back(std::nullopt);
+        window.menuEntry(QStringLiteral("mnuexpmeasurement"))->trigger();
+        QCOMPARE(QDir(program_->path()).entryList({QStringLiteral("*.csv")}).size(), 2);
+    }
+
+    // The report gains the table's sheet with the option only; the preview a second sheet.
+    void reportPageOnlyWithTheOption()
+    {
+        const QString without = program_->file(QStringLiteral("without.pdf"));
+        const QString with = program_->file(QStringLiteral("with.pdf"));
+        printReportToPdf(without);
+        resultsPageOption() = true;
+        printReportToPdf(with);
+        QCOMPARE(pageCount(with), pageCount(without) + 1);
+        QVERIFY(pageCount(without) >= 1);
+        const QString last = QString::number(pageCount(with));
+        const QString text = run(QStringLiteral("pdftotext"), {QStringLiteral("-f"), last, with, QStringLiteral("-")}).simplified();
+        QVERIFY2(text.contains(QStringLiteral("Results: CISPR 32 B radiated 3 m")) && text.contains(QStringLiteral("Verdict: FAIL")) &&
+                     text.contains(QStringLiteral("230.000")) && text.contains(QStringLiteral("+1.0 Pk")),
+                 qPrintable(text));
+        QVERIFY(text.indexOf(QStringLiteral("230.000")) < text.indexOf(QStringLiteral("1500.000")));
+        if (!qEnvironmentVariableIsEmpty("KW_KEEP_PICTURES"))
+            QFile::copy(with, QStringLiteral("results-report.pdf"));
+
+        // A ".mes" file or live traces: no sheet, whatever the option says.
+        st.filemode = 0;
+        const QString live = program_->file(QStringLiteral("live.pdf"));
+        printReportToPdf(live);
+        QCOMPARE(pageCount(live), pageCount(without));
+
+        st.filemode = 1;
+        resultsPageOption() = false;
+        Mdi window;
+        window.show();
+        showPrintSettings();
+        auto *r = loadedForm(QStringLiteral("printe"))->findChild<PictureBox *>(QStringLiteral("r"));
+        QVERIFY(r);
+        const double plotOnly = r->surface().scaleHeight();
+        QTest::mouseClick(loadedForm(QStringLiteral("setprn"))->findChild<QCheckBox *>(QStringLiteral("CheckResults")),
+                          Qt::LeftButton);
+        QVERIFY(resultsPageOption());
+        QCOMPARE(r->surface().scaleHeight(), 2 * plotOnly);
+        if (!qEnvironmentVariableIsEmpty("KW_KEEP_PICTURES"))
+            r->surface().image().save(QStringLiteral("results-preview.png"));
+        resultsPageOption() = false;
+    }
+};
+
+QTEST_MAIN(TestResultsForm)
+#include "tst_resultsform.moc"
