@@ -10,6 +10,7 @@
 #include "platform/screen.h"
 #include "platform/vbformat.h"
 #include "shell/state.h"
+#include "store/runfile.h"
 
 namespace kw {
 
@@ -59,6 +60,7 @@ void remeasurerows()
     st.stepsize = stepsizefor(st.bandwith);
     ResumeNext onError;
     bool marked = false;
+    holdrunfile();
     onError([&] {
         st.measdb = OpenDatabase(vbTrim(st.measurefile));
         st.rs2 = st.measdb.OpenRecordset(QStringLiteral("select * from measurement where sample_dBmW = 1 order by frequency"));
