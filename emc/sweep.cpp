@@ -12,12 +12,25 @@
 #include "shell/state.h"
 #include "store/runfile.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace kw {
 
 namespace {
 
 // How long a slice's wait sleeps between its looks at the clock, Stop and the port.
 constexpr int kDwellSlice = 20;
+
+// The next sleep of a slice's wait: a whole look's interval, or to just past the end of the dwell
+// when that comes sooner, so that the slice is read when its time is up and not up to a look later.
+int dwellWait(float elapsed)
+{
+    const double left = (double(st.meastime) - double(elapsed)) * 1000.0;
+    if (!(left < kDwellSlice))
+        return kDwellSlice;
+    return std::max(1, int(std::ceil(left)) + 1);
+}
 
 double stepsizefor(int16_t bandwith)
 {
@@ -135,8 +148,9 @@ void sweeprun()
             // Max Hold builds up on the analyser; the wait keeps Stop and the view boxes alive.
             // Over midnight the elapsed time reads negative and the slice waits longer.
             while (timerSeconds() - st.waitstart <= float(st.meastime)) {
-                showSecondsLeft(timerSeconds() - st.waitstart);
-                waitEvents(kDwellSlice);
+                const float elapsed = timerSeconds() - st.waitstart;
+                showSecondsLeft(elapsed);
+                waitEvents(dwellWait(elapsed));
                 if (!running()) {
                     interrupted = true;
                     break;
