@@ -4,6 +4,7 @@
 #include "levels/segmentlimit.h"
 #include "platform/onerror.h"
 #include "shell/state.h"
+#include "store/runfile.h"
 
 namespace kw {
 
@@ -22,6 +23,7 @@ void flagrows()
     const QString freqColumn = average ? QStringLiteral("avefreq") : QStringLiteral("maxfreq");
     const QString levelColumn = average ? QStringLiteral("Average_dBmW") : QStringLiteral("Maxhold_dBmW");
     const bool isLog = (average ? st.lavelog : st.lmaxlog) != 0;
+    holdrunfile();
     try {
         st.measdb = OpenDatabase(vbTrim(st.measurefile));
         st.rs2 = st.measdb.OpenRecordset(QStringLiteral("select * from measurement order by frequency"));

@@ -4,6 +4,7 @@
 #include "emc/rowgrid.h"
 #include "platform/onerror.h"
 #include "shell/state.h"
+#include "store/runfile.h"
 
 #include <array>
 
@@ -51,6 +52,7 @@ void stepresultrow()
     const BlockResult r = evaluateblock(&tabledivisors);
     ResumeNext onError;
     const double f = gridfrequency(st.centerfreq);
+    holdrunfile();
     onError([&] {
         st.measdb = OpenDatabase(vbTrim(st.measurefile));
         // One step touches one row: only the rows about its frequency are read.

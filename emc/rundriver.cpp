@@ -10,6 +10,7 @@
 #include "platform/onerror.h"
 #include "shell/state.h"
 #include "store/measurementfile.h"
+#include "store/runfile.h"
 
 #include <QFileInfo>
 
@@ -188,6 +189,8 @@ void runfinish()
     });
     onError([] { st.rs2.Close(); });
     onError([] { st.measdb.Close(); });
+    // Ends the hold of the run (a second stepped polarisation takes it up again at its first step).
+    releaserunfile();
 }
 
 }  // namespace kw

@@ -10,6 +10,10 @@
 #include "platform/screen.h"
 #include "platform/vbformat.h"
 #include "shell/state.h"
+#include "store/runfile.h"
+
+#include <algorithm>
+#include <cmath>
 
 namespace kw {
 
@@ -17,6 +21,16 @@ namespace {
 
 // How long a slice's wait sleeps between its looks at the clock, Stop and the port.
 constexpr int kDwellSlice = 20;
+
+// The next sleep of a slice's wait: a whole look's interval, or to just past the end of the dwell
+// when that comes sooner, so that the slice is read when its time is up and not up to a look later.
+int dwellWait(float elapsed)
+{
+    const double left = (double(st.meastime) - double(elapsed)) * 1000.0;
+    if (!(left < kDwellSlice))
+        return kDwellSlice;
+    return std::max(1, int(std::ceil(left)) + 1);
+}
 
 double stepsizefor(int16_t bandwith)
 {
@@ -59,6 +73,7 @@ void remeasurerows()
     st.stepsize = stepsizefor(st.bandwith);
     ResumeNext onError;
     bool marked = false;
+    holdrunfile();
     onError([&] {
         st.measdb = OpenDatabase(vbTrim(st.measurefile));
         st.rs2 = st.measdb.OpenRecordset(QStringLiteral("select * from measurement where sample_dBmW = 1 order by frequency"));
@@ -133,8 +148,9 @@ void sweeprun()
             // Max Hold builds up on the analyser; the wait keeps Stop and the view boxes alive.
             // Over midnight the elapsed time reads negative and the slice waits longer.
             while (timerSeconds() - st.waitstart <= float(st.meastime)) {
-                showSecondsLeft(timerSeconds() - st.waitstart);
-                waitEvents(kDwellSlice);
+                const float elapsed = timerSeconds() - st.waitstart;
+                showSecondsLeft(elapsed);
+                waitEvents(dwellWait(elapsed));
                 if (!running()) {
                     interrupted = true;
                     break;

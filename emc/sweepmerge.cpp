@@ -4,6 +4,7 @@
 #include "emc/rowgrid.h"
 #include "platform/onerror.h"
 #include "shell/state.h"
+#include "store/runfile.h"
 
 namespace kw {
 
@@ -63,6 +64,7 @@ void sweepmerge()
     ResumeNext onError;
     const float step = float(st.freqstop - st.freqstart) / float(st.pointcount - 1);
     bool writing = true;
+    holdrunfile();
     onError([&] {
         st.measdb = OpenDatabase(vbTrim(st.measurefile));
         if (st.secondpass == 1) {

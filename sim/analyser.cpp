@@ -113,8 +113,9 @@ QByteArray Analyser::answer(const QString &command)
     if (command == QLatin1String("#ss1") || command == QLatin1String("#ss2"))
         return step(command);
     const QByteArray reply = settings_.handle(command).value_or(QByteArray());
-    // "#dm1" starts average and max hold again; "#sa" copies trace A into memory B.
+    // A new axis or "#dm1" starts average and max hold again; "#sa" copies trace A into memory B.
     const Settings &s = settings();
+    signal_.followAxis(s, now());
     if (s.calcStarts != calcStartsSeen_) {
         calcStartsSeen_ = s.calcStarts;
         signal_.restartCalc(now());

@@ -218,7 +218,7 @@ void PtyServer::serve()
             armed = model_.armed();
         }
         // An armed trigger makes the analyser look at the signal once a sweep by itself.
-        const int ready = poll(fds, 2, armed ? int(kSweepSeconds * 1000) : -1);
+        const int ready = poll(fds, 2, armed ? int(kSweepRepeat * 1000) : -1);
         if (ready < 0) {
             if (errno == EINTR)
                 continue;

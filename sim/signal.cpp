@@ -112,7 +112,7 @@ bool SimSignal::triggered(const SimSettings &s, double t)
     return true;
 }
 
-void SimSignal::accumulate(const SimSettings &s, double t)
+void SimSignal::followAxis(const SimSettings &s, double t)
 {
     if (s.centerfreq != axisCentre_ || s.span != axisSpan_ || s.bandwith != axisBandwith_) {
         axisCentre_ = s.centerfreq;
@@ -120,17 +120,22 @@ void SimSignal::accumulate(const SimSettings &s, double t)
         axisBandwith_ = s.bandwith;
         restartCalc(t);
     }
+}
+
+void SimSignal::accumulate(const SimSettings &s, double t)
+{
+    followAxis(s, t);
     if (!s.calc)
         return;
     // The sweeps that ran since the last look; a long wait is summed up by its last hundred.
-    const double elapsed = t >= nextSweep_ ? std::floor((t - nextSweep_) / kSweepSeconds) + 1.0 : 0.0;
+    const double elapsed = t >= nextSweep_ ? std::floor((t - nextSweep_) / kSweepRepeat) + 1.0 : 0.0;
     int due = int(std::min(elapsed, 100.0));
-    double ts = elapsed > 100.0 ? t - 99 * kSweepSeconds : nextSweep_;
+    double ts = elapsed > 100.0 ? nextSweep_ + (elapsed - 100.0) * kSweepRepeat : nextSweep_;
     if (sweeps_ == 0 && due == 0) {
         due = 1;
         ts = t;
     }
-    for (int k = 0; k < due; ++k, ts += kSweepSeconds) {
+    for (int k = 0; k < due; ++k, ts += kSweepRepeat) {
         const Levels sweep = sampleAt(s, ts);
         if (restarted_) {
             average_ = sweep;

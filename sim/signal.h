@@ -18,6 +18,11 @@ namespace kt {
 
 constexpr int kPoints = 2001;
 constexpr double kSweepSeconds = 0.1;     // one sweep of the analyser
+// A sweep starts again after its retrace, every 106.18 ms: no pulse of a device under test is in
+// step with it (none of the bench's divides it), so each sweep meets a pulse at another phase and
+// Max Hold catches a pulse within a few sweeps, whatever the phase of the first.
+constexpr double kRetraceSeconds = 0.00618;
+constexpr double kSweepRepeat = kSweepSeconds + kRetraceSeconds;
 constexpr double kZeroSpanStep = 0.0005;  // seconds between time samples in zero span
 
 // The block is built from what the analyser is set to (sim/settings.h); the trace it holds is the
@@ -45,6 +50,9 @@ public:
 
     // "#dm1": average and max hold start again from the next sweep.
     void restartCalc(double t);
+    // The analyser's settings as they stand from time t on: a new frequency axis (centre, span,
+    // bandwidth) starts average and max hold again from then, not from the next look at a trace.
+    void followAxis(const SimSettings &s, double t);
     // "#sa": the present Sample trace becomes Memory B.
     void saveMemoryB(const SimSettings &s, double t);
     // One sweep at time t against the armed trigger level: true when a point lies above it, and

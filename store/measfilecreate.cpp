@@ -3,6 +3,7 @@
 #include "platform/onerror.h"
 #include "platform/vbformat.h"
 #include "shell/state.h"
+#include "store/runfile.h"
 
 #include <QFile>
 
@@ -106,6 +107,8 @@ void deleteMeasurementFile(const QString &path)
 uint8_t CreateMeasurementFile()
 {
     const QString path = vbRTrim(st.measurefile);
+    // A run's hold on the file that stood here would keep its old log alive under the new file.
+    releaserunfile();
     deleteMeasurementFile(path);
     try {
         st.measdb = CreateDatabase(path, kFileLocale);

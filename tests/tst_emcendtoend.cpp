@@ -37,14 +37,15 @@ struct Bench {
     }
     ~Bench() { st.db.Close(); }
     // A copy of the delivered radiated test (quasi-peak, 400 kHz ... ) over start..stop.
-    void defineTest(int mode, float start, float stop, float leveldist)
+    void defineTest(int mode, float start, float stop, float leveldist, int meastime = 1)
     {
         st.db.Execute(QStringLiteral("insert into test select 'Short', config, peak, average, 1, 1, 0, unit, ref, atten, %1, %2, "
-                                     "%3, 1, 0, %4, 1, 0, 0 from test where Name = 'CISPR 32 B radiated 3 m'")
+                                     "%3, %5, 0, %4, 1, 0, 0 from test where Name = 'CISPR 32 B radiated 3 m'")
                           .arg(mode)
                           .arg(start)
                           .arg(stop)
-                          .arg(leveldist));
+                          .arg(leveldist)
+                          .arg(meastime));
         st.testname = QStringLiteral("Short");
     }
     std::vector<Result> rows() const
@@ -70,12 +71,10 @@ private slots:
     // are marked and measured again, and the three detectors tell the pulse apart.
     void sweepAndStep()
     {
-        // The simulator's Max Hold sweeps ten times a second in step with the pulse's 10 ms period,
-        // so whether a sweep catches the pulse depends on the phase of the first one: too often it
-        // does not on a loaded machine. Held back until the bench sweeps out of step.
-        QSKIP("Max Hold of the simulated pulse depends on the phase of the first sweep");
         Bench bench;
-        bench.defineTest(0, 145.0f, 152.0f, -6.0f);
+        // Ten seconds of dwell on the test clock are one on the analyser's: some ten sweeps, enough
+        // for Max Hold to hold the 10 ms pulse whatever the phase of the first sweep.
+        bench.defineTest(0, 145.0f, 152.0f, -6.0f, 10);
         emcStart();
         QCOMPARE(bench.sim.shown(), (QStringList{QStringLiteral("save|Select Measurement"),
                                                  QStringLiteral("EMC - Sweep + Step|Set to horizontal / L position")}));
@@ -90,15 +89,15 @@ private slots:
                 ++marked;
                 QVERIFY2(std::abs(r.f - 148.5) < 0.5, qPrintable(QString::number(r.f)));
                 QCOMPARE(r.hMax, r.maxhold);
-                if (std::abs(r.f - 148.5) < 0.05) {
-                    QVERIFY2(r.maxhold > r.qpeak + 1 && r.qpeak > r.average + 1,
-                             qPrintable(QStringLiteral("%1 %2 %3").arg(r.maxhold).arg(r.qpeak).arg(r.average)));
-                }
+                // Measured again in zero span: the pulse's average lies well below its peak, the
+                // quasi-peak of its hundred pulses a second not above it.
+                QVERIFY2(r.maxhold + 0.01 >= r.qpeak && r.qpeak > r.average + 6,
+                         qPrintable(QStringLiteral("%1 %2 %3").arg(r.maxhold).arg(r.qpeak).arg(r.average)));
             } else {
                 QCOMPARE(r.maxhold, -1000.0);
             }
         }
-        QVERIFY(marked >= 1);
+        QVERIFY(marked >= 2);  // at least the rows either side of the carrier
         const QStringList log = bench.sim.log();
         QVERIFY(log.contains(QStringLiteral("#bw400")));
         QVERIFY(log.contains(QStringLiteral("#es1")));

@@ -8,8 +8,10 @@
 #include "emc/rundriver.h"
 #include "platform/dialogs.h"
 #include "platform/recordset.h"
+#include "plot/measurementtable.h"
 #include "shell/state.h"
 #include "store/measurementfile.h"
+#include "store/runfile.h"
 #include "support/simfixture.h"
 
 #include <QFile>
@@ -129,6 +131,39 @@ private slots:
         rows = rowsOf(st.measurefile);
         QCOMPARE(float(rows.at(30200).memory), float(81 / 2.5));
         QCOMPARE(float(rows.at(30200).ambientH), float(81 / 2.5));
+    }
+
+    // While a run writes, its file stays open on its log: the plot's read-only look sees every row
+    // written so far, a step finds its row through the frequency index; when the run ends the
+    // file is one file again, and a file made anew at the held place starts empty.
+    void fileHeldWhileTheRunWrites()
+    {
+        Slice s;
+        s.merge(30.0f, 0.4, 31.5f, 0, 0);
+        QVERIFY(runfileheld());
+        QVERIFY(QFile::exists(st.measurefile + QStringLiteral("-wal")));
+        const auto seen = readMeasurementTable(st.measurefile);
+        QVERIFY(seen);
+        QCOMPARE(seen->rows.size(), size_t(9));
+        {
+            Database f = OpenDatabase(st.measurefile);
+            Recordset index = f.OpenRecordset(
+                QStringLiteral("select sql from sqlite_master where type = 'index' and tbl_name = 'Measurement'"), dbOpenSnapshot);
+            QVERIFY(!index.Eof());
+            QVERIFY(index.FieldText(QStringLiteral("sql")).contains(QLatin1String("(frequency)")));
+            f.Close();
+        }
+        runfinish();
+        QVERIFY(!runfileheld());
+        QVERIFY(!QFile::exists(st.measurefile + QStringLiteral("-wal")));
+        QCOMPARE(rowsOf(st.measurefile).size(), size_t(9));
+
+        s.merge(30.0f, 0.4, 30.5f, 1, 0);
+        QVERIFY(runfileheld());
+        QCOMPARE(CreateMeasurementFile(), uint8_t(0));
+        QVERIFY(!runfileheld());
+        QVERIFY(rowsOf(st.measurefile).empty());
+        QVERIFY(!QFile::exists(st.measurefile + QStringLiteral("-wal")));
     }
 
     void flagging_data()
