@@ -49,6 +49,10 @@ private slots:
             const QString file = dir.file(QStringLiteral("crash%1.emc").arg(k));
             QProcess run;
             run.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+            // A killed helper cannot remove its own temporary files: they go where this test removes them.
+            QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+            environment.insert(QStringLiteral("TMPDIR"), dir.path());
+            run.setProcessEnvironment(environment);
             run.start(helper, {db, file});
             QVERIFY(run.waitForStarted());
             const QString wanted = kinds[k % kinds.size()];
