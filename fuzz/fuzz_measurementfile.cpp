@@ -117,20 +117,23 @@ void writeSeeds(const QString &folder)
     CreateMeasurementFile();
     WriteMeasurementFile();
 
-    // A stepped EMC run's header with three rows, one of them marked, and ambient levels.
-    st.measurefile = folder + QStringLiteral("/run.emc");
-    removeFile(st.measurefile);
-    st.testname = QStringLiteral("radiated");
-    st.runmode = 1;
+    // EMC runs, a Step test and a Sweep + Step test (drawn as stems), each header with three rows,
+    // two of them marked, and ambient levels.
     st.ambient = 1;
-    CreateMeasurementFile();
-    WriteEmcHeader();
-    Database run = OpenDatabase(st.measurefile);
-    run.Execute(QStringLiteral("insert into measurement (Frequency, Sample_dBmW, Average_dBmW, Maxhold_dBmW, QPeak_dBmW, "
-                               "memory_dBmW, Ambient_H_dBmW, Ambient_V_dBmW) values "
-                               "(40, 1, -1000, -50, -70, -60, -90, -95), (50, 0, -1000, -1000, -1000, -62, -90, -1000), "
-                               "(60, 1, -55, -45, -52, -55, -90, -92)"));
-    run.Close();
+    for (const auto &[name, runmode] : {std::pair{"/step.emc", 1}, std::pair{"/sweep.emc", 0}}) {
+        st.measurefile = folder + QLatin1String(name);
+        removeFile(st.measurefile);
+        st.testname = QStringLiteral("radiated");
+        st.runmode = uint8_t(runmode);
+        CreateMeasurementFile();
+        WriteEmcHeader();
+        Database run = OpenDatabase(st.measurefile);
+        run.Execute(QStringLiteral("insert into measurement (Frequency, Sample_dBmW, Average_dBmW, Maxhold_dBmW, QPeak_dBmW, "
+                                   "memory_dBmW, Ambient_H_dBmW, Ambient_V_dBmW) values "
+                                   "(40, 1, -1000, -50, -70, -60, -90, -95), (50, 0, -1000, -1000, -1000, -62, -90, -1000), "
+                                   "(60, 1, -55, -45, -52, -55, -90, -92)"));
+        run.Close();
+    }
 }
 
 }  // namespace
