@@ -2,7 +2,7 @@
 // closed again, no box), and a drawing pass over whatever the load left, as the redraw after it
 // would make one. Afterwards nothing stays open on the file and a good file loads again.
 //
-// KW_FUZZ_WRITE_SEEDS=<folder> makes the program's own writers put a small .mes and .emc there
+// KW_FUZZ_WRITE_SEEDS=<folder> makes the program's own writers put a small .mes and two .emc there
 // and ends: that is how the seeds in fuzz/corpus/measurementfile were made.
 
 #include "platform/onerror.h"
