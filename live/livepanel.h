@@ -5,6 +5,8 @@
 #include <QWidget>
 #include <functional>
 
+#include "shell/forms.h"
+
 class QAbstractButton;
 class QButtonGroup;
 class QLayout;
@@ -32,14 +34,6 @@ private:
     int leftSlot_;
     bool placed_ = false;
 };
-
-// The control with its name, as the forms are built.
-template <class W>
-W *named(W *w, const char *name)
-{
-    w->setObjectName(QString::fromLatin1(name));
-    return w;
-}
 
 // An option array: buttons laid out in the container in that many columns, each with objectName
 // name and its index as the id in the group and as the property "Index".

@@ -2,6 +2,7 @@
 
 #include "live/cycle.h"
 #include "plot/printforms.h"
+#include "shell/forms.h"
 #include "shell/mdi.h"
 #include "shell/toolpanel.h"
 #include "shell/uihooks.h"
@@ -34,7 +35,7 @@ void addToolButtons(Mdi &window)
     QPushButton *read = button(panel, "Command2", "Read");
     QPushButton *setRead = button(panel, "Command3", "Set/Read");
     QPushButton *erase = button(panel, "Command4", "Erase");
-    button(panel, "Command5", "Notes");
+    QPushButton *notes = button(panel, "Command5", "Notes");
     QPushButton *toolbox = button(panel, "Command6", "Toolbox");
     toolbox->hide();  // shown for firmware above 1.63
     uiHooks().toolboxVisible = [toolbox](bool visible) { toolbox->setVisible(visible); };
@@ -48,8 +49,12 @@ void addToolButtons(Mdi &window)
     QObject::connect(print, &QPushButton::clicked, &window, [] { showPrintSettings(); });
     QObject::connect(setRead, &QPushButton::clicked, &window, [] { SetRead(); });
     QObject::connect(erase, &QPushButton::clicked, &window, [] { eraseall(); });
-    // Toolbox acts on the release of the button, before setsingle opens.
-    QObject::connect(toolbox, &QPushButton::released, &window, [] { toolboxPressed(); });
+    QObject::connect(notes, &QPushButton::clicked, &window, [] { showForm(QStringLiteral("notesfrm")); });
+    // Toolbox acts on the release of the button: continuous reading ends, then setsingle opens.
+    QObject::connect(toolbox, &QPushButton::released, &window, [] {
+        toolboxPressed();
+        showForm(QStringLiteral("setsingle"));
+    });
 }
 
 }  // namespace kw

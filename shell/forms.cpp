@@ -50,4 +50,14 @@ void unloadForm(const QString &name)
         window->unloadChild(name);
 }
 
+void unloadSelf(QWidget *form)
+{
+    if (Mdi *window = mdi(); window && window->child(form->objectName()) == form) {
+        window->unloadChild(form->objectName());
+        return;
+    }
+    form->close();
+    form->deleteLater();
+}
+
 }  // namespace kw

@@ -25,6 +25,17 @@ QWidget *showForm(const QString &name);
 // Closes the form when it is loaded.
 void unloadForm(const QString &name);
 bool formLoaded(const QString &name);
+// A form closing itself (its own Exit or OK): through the frame when it is shown there, else the
+// widget alone is closed and deleted.
+void unloadSelf(QWidget *form);
+
+// A control with its objectName, as the forms build them.
+template <class Control>
+Control *named(Control *control, const char *name)
+{
+    control->setObjectName(QString::fromLatin1(name));
+    return control;
+}
 QWidget *loadedForm(const QString &name);
 
 }  // namespace kw

@@ -3,7 +3,11 @@
 #include "editors/editorforms.h"
 #include "emc/emcforms.h"
 #include "live/livepanel.h"
+#include "live/toolforms.h"
+#include "plot/notesform.h"
 #include "plot/printforms.h"
+#include "shell/about.h"
+#include "store/settingsforms.h"
 
 namespace kw {
 
@@ -11,6 +15,10 @@ namespace kw {
 void registerAllForms()
 {
     registerLiveForms();
+    registerToolForms();
+    registerNamedSettingsForms();
+    registerNotesForm();
+    registerAboutForm();
     registerReportForms();
     registerEditorForms();
     registerEmcForms();

@@ -9,6 +9,7 @@
 #include "shell/measurementmenu.h"
 #include "shell/modes.h"
 #include "shell/startup.h"
+#include "shell/toolmenu.h"
 #include "shell/state.h"
 #include "store/appdb.h"
 #include "store/settingfile.h"
@@ -107,6 +108,7 @@ void buildMainMenu(Mdi &window)
     onMenu(window, QStringLiteral("mnuseldata"), &mnuseldata);
     registerMeasurementMenu(window);
     onMenu(window, QStringLiteral("mnuBeenden"), &mnuBeenden);
+    connectToolEntries(window);
     connectPrintMenu(window);
     wireEditorMenu(window);
     emcMenu(window);

@@ -115,6 +115,8 @@ struct State {
     int32_t autostoreinterval = 60;
     uint8_t autostoreon = 0;
     double autostorenext = 0;
+    uint8_t autostoreprint = 0;
+    int32_t autostorecount = 0;       // number of the next AutoStore file; 0 gives no number
     uint8_t liveread = 0;
     uint8_t redrawflag = 0;
     uint8_t stoprun = 0;

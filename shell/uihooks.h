@@ -17,6 +17,9 @@ struct UiHooks {
     // Before setting.def is written: the forms put their placement (twips) into st.formpos.
     std::function<void()> storeFormPositions;
     std::function<void()> configurationChanged;  // configname and the distance labels of grafik
+    // The printed report on the printer, for AutoStore and the trigger; the main window's forms
+    // install the report's PrintReport.
+    std::function<void()> printReport;
 };
 
 UiHooks &uiHooks();

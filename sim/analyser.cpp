@@ -126,4 +126,20 @@ QByteArray Analyser::answer(const QString &command)
     return reply;
 }
 
+void Analyser::burst(double seconds)
+{
+    SimScene &scene = signal_.scene();
+    scene.burstFrom = now();
+    scene.burstUntil = scene.burstFrom + seconds;
+}
+
+QByteArray Analyser::watch()
+{
+    Settings &s = settings();
+    if (!s.triggeron || !signal_.triggered(s, now()))
+        return {};
+    s.triggeron = 0;
+    return line(QStringLiteral("RD"));
+}
+
 }  // namespace kt

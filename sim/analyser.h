@@ -48,6 +48,14 @@ public:
     int baud() const { return baud_; }
     const Options &options() const { return options_; }
     Options &options() { return options_; }
+    // While the trigger is armed ("#tr" with a level) the analyser sweeps on its own; the server
+    // calls this once a sweep. When the signal crosses the level it keeps that sweep as Memory B,
+    // disarms, and reports "RD" unasked, which is returned here to be sent.
+    QByteArray watch();
+    // The bench's burst, starting now and lasting so many seconds.
+    void burst(double seconds);
+    bool armed() const { return settings_.settings().triggeron != 0; }
+
     // Every complete command received, in order, without its carriage return.
     const QStringList &commandLog() const { return log_; }
     void clearLog() { log_.clear(); }

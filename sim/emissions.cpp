@@ -120,4 +120,11 @@ double rbwResponseDb(double dfMHz, int rbwKHz)
     return -std::min(a, 120.0);
 }
 
+bool burstOn(const SimScene &scene, double t)
+{
+    if (t >= scene.burstFrom && t < scene.burstUntil)
+        return true;
+    return scene.burstPeriod > 0 && std::fmod(t, scene.burstPeriod) < scene.burstLength;
+}
+
 }  // namespace kt

@@ -14,7 +14,21 @@ struct SimScene {
     bool ambientOn = true;  // broadcast FM in the room
     bool preamp = true;     // the preamplifier sits in the chain
     bool vertical = false;  // the antenna stands vertical; the device radiates differently then
+    // A strong carrier switched on for a moment (a relay, a motor start) between these times in
+    // seconds of the analyser's clock; what the trigger of the analyser is there to catch.
+    double burstFrom = -1;
+    double burstUntil = -1;
+    // With a period above 0 the burst comes by itself, for burstLength seconds every period.
+    double burstPeriod = 0;
+    double burstLength = 0.3;
 };
+
+// The burst carrier: frequency in MHz and field at 3 m in dBuV/m.
+constexpr double kBurstFreq = 433.92;
+constexpr double kBurstField = 90.0;
+
+// Whether the burst is on at time t (seconds of the analyser's clock).
+bool burstOn(const SimScene &scene, double t);
 
 enum class EmissionKind { Clock, Pulsed, Ambient };
 

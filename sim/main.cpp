@@ -15,7 +15,9 @@
 
 namespace {
 volatile std::sig_atomic_t quit = 0;
+volatile std::sig_atomic_t burstAsked = 0;
 void onSignal(int) { quit = 1; }
+void onBurst(int) { burstAsked = 1; }
 }  // namespace
 
 int main(int argc, char **argv)
@@ -45,8 +47,9 @@ int main(int argc, char **argv)
                                    QStringLiteral("watch this file for the bench: lines \"dut on\"/\"dut off\", \"antenna horizontal\"/\"antenna vertical\""),
                                    QStringLiteral("file"));
     const QCommandLineOption noise(QStringLiteral("noise"), QStringLiteral("fault: stray bytes after every answer"));
+    const QCommandLineOption burstEvery(QStringLiteral("burst-every"), QStringLiteral("the bench sends a 0.3 s burst at 433.92 MHz every n seconds (SIGUSR1: one burst now)"), QStringLiteral("n"));
     parser.addOptions({model, firmware, baud, link, log, pace, warmup, noEcho, wrongEcho, noReply, unknownModel, vnZero,
-                       dutOff, noPreamp, badChecksum, cutBlock, noise, bench});
+                       dutOff, noPreamp, badChecksum, cutBlock, noise, bench, burstEvery});
     parser.process(app);
 
     kt::Options options;
@@ -68,6 +71,8 @@ int main(int argc, char **argv)
         options.faults.noise = QByteArray("\x01\x7f~", 3);
 
     kt::PtyServer server(options);
+    if (parser.isSet(burstEvery))
+        server.withModel([&](kt::Analyser &a) { a.signal().scene().burstPeriod = parser.value(burstEvery).toDouble(); });
     if (!server.start()) {
         QTextStream(stderr) << "kt3400sim: " << server.error() << Qt::endl;
         return 1;
@@ -80,6 +85,7 @@ int main(int argc, char **argv)
 
     std::signal(SIGINT, onSignal);
     std::signal(SIGTERM, onSignal);
+    std::signal(SIGUSR1, onBurst);
     qsizetype logged = 0;
     QFile logFile(parser.value(log));
     if (parser.isSet(log))
@@ -87,6 +93,10 @@ int main(int argc, char **argv)
     QDateTime benchChanged;
     while (!quit) {
         usleep(100000);
+        if (burstAsked) {
+            burstAsked = 0;
+            server.withModel([](kt::Analyser &a) { a.burst(0.5); });
+        }
         if (parser.isSet(bench)) {
             const QFileInfo info(parser.value(bench));
             if (info.exists() && info.lastModified() != benchChanged) {

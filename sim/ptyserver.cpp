@@ -185,6 +185,26 @@ void PtyServer::send(const QByteArray &bytes, int baud, bool pacing)
     }
 }
 
+void PtyServer::watchTrigger()
+{
+    QByteArray out;
+    int baud = 0;
+    bool pacing = false;
+    {
+        std::lock_guard lock(mutex_);
+        if (unplugged_)
+            return;
+        out = model_.watch();
+        baud = model_.baud();
+        pacing = model_.options().pacing;
+    }
+    if (!out.isEmpty()) {
+        busy_ = true;
+        send(out, baud, pacing);
+        busy_ = false;
+    }
+}
+
 void PtyServer::serve()
 {
     // Line times are a fraction of a millisecond: ask the kernel for tight wake-ups.
@@ -192,13 +212,24 @@ void PtyServer::serve()
     pollfd fds[2] = {{master_, POLLIN, 0}, {wakePipe_[0], POLLIN, 0}};
     char buffer[256];
     while (!stopping_) {
-        if (poll(fds, 2, -1) < 0) {
+        bool armed = false;
+        {
+            std::lock_guard lock(mutex_);
+            armed = model_.armed();
+        }
+        // An armed trigger makes the analyser look at the signal once a sweep by itself.
+        const int ready = poll(fds, 2, armed ? int(kSweepSeconds * 1000) : -1);
+        if (ready < 0) {
             if (errno == EINTR)
                 continue;
             return;
         }
         if (fds[1].revents)
             return;
+        if (ready == 0) {
+            watchTrigger();
+            continue;
+        }
         if (!(fds[0].revents & POLLIN))
             continue;
         // Marked before the read empties the queue, so the line never looks idle in between.

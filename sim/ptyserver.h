@@ -49,6 +49,7 @@ public:
 
 private:
     void serve();
+    void watchTrigger();
     void send(const QByteArray &bytes, int baud, bool pacing);
 
     Analyser model_;

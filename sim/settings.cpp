@@ -110,7 +110,8 @@ std::optional<QByteArray> SettingsModel::set(const QString &tag, const QString &
     else if (tag == QLatin1String("tl")) s.tglevel = std::clamp(round1(v), -50.0, 1.0);
     else if (tag == QLatin1String("es")) s.es = v != 0;
     else if (tag == QLatin1String("tr")) {
-        s.triggeron = v != 0;
+        // "#tr0" disarms; any other level, "#tr00.0" too, arms at that level.
+        s.triggeron = text != QLatin1String("0");
         if (s.triggeron)
             s.triggerlevel = std::clamp(round1(v), -80.0, 20.0);
     }

@@ -41,6 +41,10 @@ double carriersMw(const SimScene &scene, double f, double halfbin, int rbw, doub
         const double field = it->field + (ambient ? 0.0 : polarisationDb(it->freq, scene));
         mw += dbToMw(fieldToInputDbm(field, it->freq, scene) + rbwResponseDb(df, rbw));
     }
+    if (burstOn(scene, t)) {
+        const double df = std::max(0.0, std::abs(kBurstFreq - f) - halfbin);
+        mw += dbToMw(fieldToInputDbm(kBurstField, kBurstFreq, scene) + rbwResponseDb(df, rbw));
+    }
     return mw;
 }
 
@@ -96,6 +100,17 @@ void SimSignal::restartCalc(double t)
 }
 
 void SimSignal::saveMemoryB(const SimSettings &s, double t) { memoryb_ = sampleAt(s, t); }
+
+bool SimSignal::triggered(const SimSettings &s, double t)
+{
+    Levels sweep = sampleAt(s, t);
+    // The level is compared as the screen shows it before the attenuator is added back.
+    const double highest = *std::max_element(sweep.begin(), sweep.end()) - s.attenuator;
+    if (highest <= s.triggerlevel)
+        return false;
+    memoryb_ = std::move(sweep);
+    return true;
+}
 
 void SimSignal::accumulate(const SimSettings &s, double t)
 {

@@ -47,6 +47,9 @@ public:
     void restartCalc(double t);
     // "#sa": the present Sample trace becomes Memory B.
     void saveMemoryB(const SimSettings &s, double t);
+    // One sweep at time t against the armed trigger level: true when a point lies above it, and
+    // that sweep is then Memory B.
+    bool triggered(const SimSettings &s, double t);
 
     // The kPoints level bytes of the trace that s.shown selects, as at time t (seconds, rising).
     QByteArray traceBytes(const SimSettings &s, double t);

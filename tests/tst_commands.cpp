@@ -71,18 +71,10 @@ private slots:
         uiHooks().uncalVisible = nullptr;
         QCOMPARE(bench.log(), (QStringList{"#es0", "#cf", "#vm", "#vm0", "#rl", "#vm3", "#vf", "#sp", "#bw", "#at",
                                            "#tg", "#tl", "#dm", "#db", "#uc"}));
-        QCOMPARE(st.centerfreq, 123.456f);
-        QCOMPARE(st.span, int16_t(200));
-        QCOMPARE(st.reflevel, -20.5f);
-        QCOMPARE(st.attenuator, 20.0f);
-        QCOMPARE(st.bandwith, int16_t(9));
-        QCOMPARE(st.videofilter, uint8_t(1));
-        QCOMPARE(st.dbperdiv, uint8_t(5));
-        QCOMPARE(st.calc, uint8_t(1));
-        QCOMPARE(st.readmode, uint8_t(3));
-        QCOMPARE(st.tgon, uint8_t(1));
-        QCOMPARE(st.tglevel, -12.3f);
-        QCOMPARE(st.filemode, uint8_t(0));
+        QCOMPARE(std::tuple(st.centerfreq, st.span, st.reflevel, st.attenuator, st.bandwith, st.videofilter, st.dbperdiv),
+                 std::tuple(123.456f, int16_t(200), -20.5f, 20.0f, int16_t(9), uint8_t(1), uint8_t(5)));
+        QCOMPARE(std::tuple(st.calc, st.readmode, st.tgon, st.tglevel, st.filemode),
+                 std::tuple(uint8_t(1), uint8_t(3), uint8_t(1), -12.3f, uint8_t(0)));
         QCOMPARE(st.ucflag, uint8_t(1));  // 200 MHz is too wide for 9 kHz
         QVERIFY(uncal);
     }

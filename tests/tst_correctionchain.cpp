@@ -49,18 +49,15 @@ private slots:
     {
         chain({{11, 0, 3.0f, {{30, 18}}}, {12, 1, 0.0f, {{10, 0.5f}}}, {13, 2, 0.0f, {{0, -25}}}});
         QVERIFY(setupconfiguration(QStringLiteral("my BENCH  ")));
-        QCOMPARE(st.configname, QStringLiteral("My Bench"));
+        QCOMPARE(std::tuple(st.configname, st.configdist), std::tuple(QStringLiteral("My Bench"), 3.0f));
         QCOMPARE(st.devicenr, (std::array<int32_t, 5>{11, 12, 13, 0, 0}));
-        QCOMPARE(st.configdist, 3.0f);
         QVERIFY(!setupconfiguration(QStringLiteral("Other")));
-        QCOMPARE(st.configname, QStringLiteral("Not set"));
-        QCOMPARE(st.configdist, 0.0f);
+        QCOMPARE(std::tuple(st.configname, st.configdist), std::tuple(QStringLiteral("Not set"), 0.0f));
         // Data on show from a stepped measurement keep the name and distance they came with.
         setupconfiguration(QStringLiteral("My Bench"));
         st.filemode = 1;
         QVERIFY(!setupconfiguration(QStringLiteral("Other")));
-        QCOMPARE(st.configname, QStringLiteral("My Bench"));
-        QCOMPARE(st.configdist, 3.0f);
+        QCOMPARE(std::tuple(st.configname, st.configdist), std::tuple(QStringLiteral("My Bench"), 3.0f));
         // Only an antenna gives a distance.
         QCOMPARE(configurationdistance(12), 0.0f);
     }

@@ -163,9 +163,8 @@ private slots:
         QCOMPARE(limitPoints(23), expected);
         QCOMPARE(limitPoints(22).size(), 3);
         Recordset head = openDb().OpenRecordset(QStringLiteral("select * from LimitHead where limitnr = 23"), dbOpenSnapshot);
-        QCOMPARE(head.FieldText("limunit"), QStringLiteral("dBµV"));
-        QCOMPARE(head.Field("loga").toBool(), true);
-        QCOMPARE(head.FieldNumber("Distance"), 3.0);
+        QCOMPARE(std::tuple(head.FieldText("limunit"), head.Field("loga").toBool(), head.FieldNumber("Distance")),
+                 std::tuple(QStringLiteral("dBµV"), true, 3.0));
 
         QVERIFY(d.data3.findFirst(QStringLiteral("limitname like 'target'")));
         QVERIFY(!copyDefinition(d));
@@ -200,10 +199,8 @@ private slots:
         QVERIFY(copyDefinition(conf));
         Recordset rs = openDb().OpenRecordset(QStringLiteral("config"), dbOpenSnapshot);
         rs.FindFirst(QStringLiteral("configname = 'Bench copy'"));
-        QCOMPARE(rs.FieldNumber("devicea"), 1.0);
-        QCOMPARE(rs.FieldNumber("deviceb"), 4.0);
-        QCOMPARE(rs.FieldNumber("devicec"), 6.0);
-        QCOMPARE(rs.FieldNumber("deviced"), 0.0);
+        QCOMPARE(std::tuple(rs.FieldNumber("devicea"), rs.FieldNumber("deviceb"), rs.FieldNumber("devicec"),
+                            rs.FieldNumber("deviced")), std::tuple(1.0, 4.0, 6.0, 0.0));
     }
 
     // The delete does not test its search: a name not found deletes the row the recordset stands

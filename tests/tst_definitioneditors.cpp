@@ -65,20 +65,15 @@ class TestDefinitionEditors : public QObject {
     ScriptedDialogs boxes_;
     int refreshes_ = 0;
 
-    std::unique_ptr<DefinitionEditor> limitEditor(const QString &name)
+    // The editor of a family opened on a definition, as the menu opens it.
+    std::unique_ptr<DefinitionEditor> editor(Family family, const QString &name)
     {
-        st.currentlimit = name;
-        auto form = std::make_unique<DefinitionEditor>(Family::Limit);
+        (family == Family::Limit ? st.currentlimit : st.currentcomponent) = name;
+        auto form = std::make_unique<DefinitionEditor>(family);
         form->activate();
         return form;
     }
-    std::unique_ptr<DefinitionEditor> componentEditor(const QString &name)
-    {
-        st.currentcomponent = name;
-        auto form = std::make_unique<DefinitionEditor>(Family::Component);
-        form->activate();
-        return form;
-    }
+    std::unique_ptr<DefinitionEditor> limitEditor(const QString &name) { return editor(Family::Limit, name); }
     void type(DefinitionEditor &form, const QString &frequency, const QString &level)
     {
         auto *t1 = child<QLineEdit>(form, "Text1");
@@ -125,15 +120,11 @@ private slots:
         QCOMPARE(child<QComboBox>(*form, "DBCombo2")->currentText(), QStringLiteral("dBµV"));
         QCOMPARE(column(grid, 0).first(), QStringLiteral("0.15"));
         QCOMPARE(column(grid, 1).first(), vbFormat(stored.front().second + 107.0f, QStringLiteral("###0.00")));
-        QCOMPARE(form->range().fmin, 0.0f);
-        QCOMPARE(form->range().fmax, 30.0f);
-        float lo = 1e9f, hi = -1e9f;
-        for (const auto &p : stored) {
-            lo = std::min(lo, p.second);
-            hi = std::max(hi, p.second);
-        }
-        QCOMPARE(form->range().lmin, lo);
-        QCOMPARE(form->range().lmax, hi);
+        QCOMPARE(std::tuple(form->range().fmin, form->range().fmax), std::tuple(0.0f, 30.0f));
+        const auto [lo, hi] = std::minmax_element(stored.begin(), stored.end(),
+                                                  [](const auto &a, const auto &b) { return a.second < b.second; });
+        QCOMPARE(form->range().lmin, lo->second);
+        QCOMPARE(form->range().lmax, hi->second);
         QVERIFY(child<QCheckBox>(*form, "Check2")->isChecked());
         QVERIFY(!child<QLineEdit>(*form, "Text3")->isEnabled());
         QCOMPARE(st.currentlimit, QStringLiteral("CISPR 32 Class B conducted QP"));
@@ -205,7 +196,7 @@ private slots:
     // stored points are called; the antenna's distance stays in its row under another type.
     void componentSignAndType()
     {
-        auto form = componentEditor(QStringLiteral("Preamplifier 25 dB"));
+        auto form = editor(Family::Component, QStringLiteral("Preamplifier 25 dB"));
         QVERIFY(child<QRadioButton>(*form, "Option1_2")->isChecked());
         QCOMPARE(form->view().sign, int16_t(-1));
         type(*form, QStringLiteral("2000"), QStringLiteral("20"));
@@ -246,7 +237,7 @@ private slots:
         storetrace();
         const Trace before = st.sampledata;
 
-        auto form = componentEditor(QStringLiteral("Cable RG-223 2 m"));
+        auto form = editor(Family::Component, QStringLiteral("Cable RG-223 2 m"));
         const DefinitionPoints rows = pointsOf("losdef", "losnr", 5);
         QVERIFY(!rows.empty());
         for (const auto &[f, level] : rows)
@@ -289,9 +280,8 @@ private slots:
         QVERIFY(refreshes_ >= 2);
         Recordset rs = openDb().OpenRecordset(QStringLiteral("config"), dbOpenSnapshot);
         rs.FindFirst(QStringLiteral("configname = 'Radiated 10 m biconical, cable'"));
-        QCOMPARE(rs.FieldNumber("devicea"), 5.0);
-        QCOMPARE(rs.FieldNumber("deviceb"), 4.0);
-        QCOMPARE(rs.FieldNumber("devicec"), 4.0);
+        QCOMPARE(std::tuple(rs.FieldNumber("devicea"), rs.FieldNumber("deviceb"), rs.FieldNumber("devicec")),
+                 std::tuple(5.0, 4.0, 4.0));
         st.db = OpenDatabase(st.databasefile);
         setupconfiguration(QStringLiteral("Radiated 10 m biconical, cable"));
         QCOMPARE(st.configdist, 0.0f);
@@ -366,8 +356,7 @@ private slots:
         QVERIFY(definitionRange(one, r));
         drawDefinition(pictures, one, r, limit);
         QCOMPARE(p1.linesOf(12).size(), size_t(0));
-        QCOMPARE(r.lmax, -39.0f);
-        QCOMPARE(r.lmin, -41.0f);
+        QCOMPARE(std::tuple(r.lmin, r.lmax), std::tuple(-41.0f, -39.0f));
 
         DefinitionPoints flat{{0.15f, -40.0f}, {999.99f, -40.0f}, {2000.0f, -40.0f}};
         QVERIFY(definitionRange(flat, r));

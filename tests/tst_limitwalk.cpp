@@ -45,17 +45,11 @@ private slots:
         drawLimit(limitOf({{50.0f, -40.0f}, {150.0f, -60.0f}, {250.0f, -80.0f}}));
         const auto lines = plot.p1.linesOf(12);
         QCOMPARE(int(lines.size()), 2);
-        // First segment from the left edge at its level there, -50 dB.
-        QCOMPARE(lines[0].x1, 0.0);
-        QCOMPARE(lines[0].y1, -125.0);
-        QCOMPARE(lines[0].x2, 500000.0);
-        QCOMPARE(lines[0].y2, -150.0);
-        // Second segment up to the right edge, at -70 dB.
-        QCOMPARE(lines[1].x2, 1000000.0);
-        QCOMPARE(lines[1].y2, -175.0);
+        // From the left edge at its level there, -50 dB, to the right edge at -70 dB.
+        QCOMPARE(std::tuple(lines[0].x1, lines[0].y1, lines[0].x2, lines[0].y2), std::tuple(0.0, -125.0, 500000.0, -150.0));
+        QCOMPARE(std::tuple(lines[1].x2, lines[1].y2), std::tuple(1000000.0, -175.0));
         // The extent counts every row but the first, with the cut level of the last one.
-        QCOMPARE(st.limithigh, int16_t(-60));
-        QCOMPARE(st.limitlow, int16_t(-70));
+        QCOMPARE(std::tuple(st.limitlow, st.limithigh), std::tuple(int16_t(-70), int16_t(-60)));
     }
 
     void segmentCutAtBothEndsEndsOffItsLine()
@@ -77,15 +71,13 @@ private slots:
         plotFrame(100.0f, 200.0f);
         drawLimit(limitOf({{300.0f, -40.0f}, {400.0f, -30.0f}, {500.0f, -90.0f}}));
         QCOMPARE(int(plot.p1.lines.size()), 0);
-        QCOMPARE(st.limithigh, int16_t(-30));
-        QCOMPARE(st.limitlow, int16_t(-90));
+        QCOMPARE(std::tuple(st.limitlow, st.limithigh), std::tuple(int16_t(-90), int16_t(-30)));
         // A single row is neither drawn nor counted.
         st.limitlow = 2000;
         st.limithigh = -2000;
         drawLimit(limitOf({{150.0f, -40.0f}}));
         QCOMPARE(int(plot.p1.lines.size()), 0);
-        QCOMPARE(st.limitlow, int16_t(2000));
-        QCOMPARE(st.limithigh, int16_t(-2000));
+        QCOMPARE(std::tuple(st.limitlow, st.limithigh), std::tuple(int16_t(2000), int16_t(-2000)));
     }
 
     void formOfTheLine_data()
@@ -147,9 +139,7 @@ private slots:
         drawLimit(limitOf({{100.0f, -40.0f}, {200.0f, -60.0f}}));
         const auto lines = plot.p1.linesOf(12);
         QCOMPARE(int(lines.size()), 1);
-        QCOMPARE(lines[0].x1, 0.0);
-        QCOMPARE(lines[0].x2, 1000000.0);
-        QCOMPARE(lines[0].y1, -125.0);
+        QCOMPARE(std::tuple(lines[0].x1, lines[0].y1, lines[0].x2, lines[0].y2), std::tuple(0.0, -125.0, 1000000.0, -125.0));
         QCOMPARE(st.limithigh, int16_t(-50));
         // A file's limitlines has no columns the searches know: no line.
         LimitLine fromFile = limitOf({{100.0f, -40.0f}, {200.0f, -60.0f}});
@@ -182,8 +172,7 @@ private slots:
             return std::vector<LimitRow>{{100.0f, l}, {900.0f, l}};
         };
         DrawPlot();
-        QCOMPARE(st.grafikmin, int16_t(min));
-        QCOMPARE(st.grafikmax, int16_t(max));
+        QCOMPARE(std::tuple(st.grafikmin, st.grafikmax), std::tuple(int16_t(min), int16_t(max)));
         // A restart repaints everything: the last pass holds one line of each limit only.
         QCOMPARE(int(plot.p1.linesOf(12).size()), 1);
         const auto average = plot.p1.linesOf(9);
@@ -204,8 +193,7 @@ private slots:
         };
         DrawPlot();
         QCOMPARE(asked, 0);
-        QCOMPARE(st.grafikmin, int16_t(1000));
-        QCOMPARE(st.grafikmax, int16_t(-1000));
+        QCOMPARE(std::tuple(st.grafikmin, st.grafikmax), std::tuple(int16_t(1000), int16_t(-1000)));
     }
 };
 

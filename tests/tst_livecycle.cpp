@@ -69,12 +69,8 @@ private slots:
         st.grafikmax = -50;
         st.filemode = 1;
         window.toolPanel()->findChild<QPushButton *>(QStringLiteral("Command4"))->click();
-        QCOMPARE(st.sampledata[10], int16_t(0));
-        QCOMPARE(st.maxholddata[2001], int16_t(0));
-        QCOMPARE(st.grafikmin, int16_t(1000));
-        QCOMPARE(st.grafikmax, int16_t(-1000));
-        QCOMPARE(st.filemode, uint8_t(0));
-        QCOMPARE(st.portopen, int16_t(0));
+        QCOMPARE(std::tuple(st.sampledata[10], st.maxholddata[2001], st.grafikmin, st.grafikmax, st.filemode, st.portopen),
+                 std::tuple(int16_t(0), int16_t(0), int16_t(1000), int16_t(-1000), uint8_t(0), int16_t(0)));
         QVERIFY(bench.log().isEmpty());
     }
 

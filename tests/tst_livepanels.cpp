@@ -161,10 +161,7 @@ private slots:
 
         bench.clearLog();
         readallsettings();
-        QCOMPARE(st.span, int16_t(100));
-        QCOMPARE(st.bandwith, int16_t(120));
-        QCOMPARE(st.attenuator, 20.0f);
-        QCOMPARE(st.centerfreq, 200.0f);
+        QCOMPARE(std::tuple(st.span, st.bandwith, st.attenuator, st.centerfreq), std::tuple(int16_t(100), int16_t(120), 20.0f, 200.0f));
         QVERIFY(option("measur", "ospan", 3)->isChecked());
     }
 

@@ -25,14 +25,6 @@ int rowCount(const QString &path, const QString &table)
 
 void trigger(Mdi &window, const char *entry) { window.menuEntry(QLatin1String(entry))->trigger(); }
 
-// Plain stand-ins for the forms of the two modes, put in after the window registered the real
-// ones, so that the switch can be seen without the panels' own work.
-void standInForms()
-{
-    for (const char *name : {"measur", "track", "detec", "emc"})
-        registerForm(QLatin1String(name), [] { return new QWidget; });
-}
-
 }  // namespace
 
 class TestMeasurementMenu : public QObject {
@@ -68,12 +60,9 @@ private slots:
         trigger(window, "mnusmeasurement");
         QCOMPARE(boxes_.fileRequests.size(), size_t(1));
         const FileRequest &r = boxes_.fileRequests[0];
-        QVERIFY(r.save);
-        QCOMPARE(r.title, QStringLiteral("Select Measurement"));
-        QCOMPARE(r.filter, QStringLiteral("Measurement (*.mes) |*.mes"));
-        QCOMPARE(r.defaultExt, QStringLiteral("MES"));
-        QCOMPARE(r.filterIndex, 1);
-        QCOMPARE(r.flags, 8198);
+        QCOMPARE(std::tuple(r.save, r.title, r.filter, r.defaultExt, r.filterIndex, r.flags),
+                 std::tuple(true, QStringLiteral("Select Measurement"), QStringLiteral("Measurement (*.mes) |*.mes"),
+                            QStringLiteral("MES"), 1, 8198));
         QCOMPARE(boxes_.shown.size(), size_t(1));  // no message after a cancel
         QCOMPARE(st.busycursor, uint8_t(0));
         QVERIFY(st.measurefile.isEmpty());
@@ -90,7 +79,6 @@ private slots:
     void loadShowsTheFileInItsModesWindows()
     {
         Mdi window;
-        standInForms();
         const QString mes = file(QStringLiteral("live.mes"));
         boxes_.files = {mes};
         trigger(window, "mnusmeasurement");
@@ -110,17 +98,12 @@ private slots:
         boxes_.files = {emc};
         trigger(window, "mnulmeasure");
         const FileRequest &r = boxes_.fileRequests.back();
-        QVERIFY(!r.save);
-        QCOMPARE(r.title, QStringLiteral("Select Measurement"));
-        QCOMPARE(r.filter, QStringLiteral("Measurement (*.MES) |*.MES|EMC (*.emc) |*.emc"));
-        QCOMPARE(r.filterIndex, 1);
-        QCOMPARE(r.defaultExt, QStringLiteral("mes"));
-        QCOMPARE(r.flags, 6148);
+        QCOMPARE(std::tuple(r.save, r.title, r.filter, r.defaultExt, r.filterIndex, r.flags),
+                 std::tuple(false, QStringLiteral("Select Measurement"),
+                            QStringLiteral("Measurement (*.MES) |*.MES|EMC (*.emc) |*.emc"), QStringLiteral("mes"), 1, 6148));
         QCOMPARE(window.windowTitle(), QStringLiteral("KW3400R - V1.53   File: ") + emc);
-        QCOMPARE(st.filemode, uint8_t(1));
-        QCOMPARE(st.redrawflag, uint8_t(1));
-        QCOMPARE(st.mode, uint8_t(1));
-        QCOMPARE(st.testname, QStringLiteral("radiated"));
+        QCOMPARE(std::tuple(st.filemode, st.redrawflag, st.mode, st.testname),
+                 std::tuple(uint8_t(1), uint8_t(1), uint8_t(1), QStringLiteral("radiated")));
         QVERIFY(!window.menuEntry(QStringLiteral("mnusmeasurement"))->isEnabled());
         QVERIFY(shown("emc") && !shown("measur"));
         QVERIFY(window.menuEntry(QStringLiteral("mnuemc"))->isChecked());
@@ -141,7 +124,6 @@ private slots:
     void missingAndBrokenFiles()
     {
         Mdi window;
-        standInForms();
         const QString before = window.windowTitle();
         st.measurefile = QStringLiteral("/data/shown.mes");
         const QString missing = file(QStringLiteral("gone.mes"));

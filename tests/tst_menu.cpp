@@ -34,27 +34,14 @@ void listMenu(const QMenu *menu, const QString &indent, QStringList &out)
     }
 }
 
-// Stand-ins for the panels, whoever builds the real ones.
-void registerPanelStandIns()
+// The window as a mode leaves it: its forms alone, its menu entry ticked, the Toolbox free in
+// normal mode only.
+bool inMode(Mdi &window, bool emc)
 {
-    for (const char *name : {"measur", "track", "detec"})
-        registerForm(QString::fromLatin1(name), [name] {
-            auto *w = new QWidget;
-            w->setWindowTitle(QString::fromLatin1(name));
-            return w;
-        });
-}
-
-QPushButton *toolbox(Mdi &window) { return window.toolPanel()->findChild<QPushButton *>(QStringLiteral("Command6")); }
-
-bool onlyPanelsLoaded()
-{
-    return formLoaded("measur") && formLoaded("track") && formLoaded("detec") && !formLoaded("emc");
-}
-
-bool onlyEmcLoaded()
-{
-    return !formLoaded("measur") && !formLoaded("track") && !formLoaded("detec") && formLoaded("emc");
+    const bool panels = formLoaded("measur") && formLoaded("track") && formLoaded("detec");
+    const bool toolbox = window.toolPanel()->findChild<QPushButton *>(QStringLiteral("Command6"))->isEnabled();
+    return panels != emc && formLoaded("emc") == emc && toolbox != emc && st.mode == (emc ? 1 : 0) &&
+           window.menuEntry("mnuemc")->isChecked() == emc && window.menuEntry("mnunormal")->isChecked() != emc;
 }
 
 void fillTraces()
@@ -134,10 +121,8 @@ private slots:
         ScriptedDialogs boxes;
         setDialogs(&boxes);
         Mdi window;
-        registerPanelStandIns();
         loadMain(window);
-        QVERIFY(onlyPanelsLoaded());
-        QVERIFY(toolbox(window)->isEnabled());
+        QVERIFY(inMode(window, false));
         auto *uncal = window.findChild<QLabel *>(QStringLiteral("Label11"));
         QVERIFY(uncal);
 
@@ -148,14 +133,10 @@ private slots:
         uncal->show();
         fillTraces();
         window.menuEntry("mnuemc")->trigger();
-        QVERIFY(onlyEmcLoaded());
+        QVERIFY(inMode(window, true));
         QCOMPARE(loadedForm("emc")->windowTitle(), QStringLiteral("EMC"));
-        QVERIFY(window.menuEntry("mnuemc")->isChecked());
-        QVERIFY(!window.menuEntry("mnunormal")->isChecked());
-        QVERIFY(!toolbox(window)->isEnabled());
         QVERIFY(uncal->isHidden());
         QVERIFY(erased());
-        QCOMPARE(st.mode, uint8_t(1));
         // EMC mode keeps the view as it stands, and neither way touches the file extension.
         QCOMPARE(st.viewaverage + st.viewmaxhold + st.viewb + st.viewsample, 3);
         QCOMPARE(st.measext, QStringLiteral(".mes"));
@@ -166,18 +147,13 @@ private slots:
         window.menuEntry("mnuemc")->trigger();
         QVERIFY(erased());
         QCOMPARE(loadedForm("emc"), emc);
-        QVERIFY(onlyEmcLoaded());
-        QCOMPARE(st.mode, uint8_t(1));
+        QVERIFY(inMode(window, true));
 
         // Back: Sample alone, the panels, the Toolbox.
         fillTraces();
         window.menuEntry("mnunormal")->trigger();
-        QVERIFY(onlyPanelsLoaded());
-        QVERIFY(window.menuEntry("mnunormal")->isChecked());
-        QVERIFY(!window.menuEntry("mnuemc")->isChecked());
-        QVERIFY(toolbox(window)->isEnabled());
+        QVERIFY(inMode(window, false));
         QVERIFY(erased());
-        QCOMPARE(st.mode, uint8_t(0));
         QCOMPARE(st.viewsample, uint8_t(1));
         QCOMPARE(st.viewaverage + st.viewmaxhold + st.viewb + st.viewab, 0);
         QCOMPARE(st.measext, QStringLiteral(".mes"));
@@ -187,12 +163,8 @@ private slots:
         writeSettingFile();
         window.close();
         Mdi again;
-        registerPanelStandIns();
         loadMain(again);
-        QCOMPARE(st.mode, uint8_t(1));
-        QVERIFY(onlyEmcLoaded());
-        QVERIFY(again.menuEntry("mnuemc")->isChecked());
-        QVERIFY(!toolbox(again)->isEnabled());
+        QVERIFY(inMode(again, true));
         QCOMPARE(st.measext, QStringLiteral(".emc"));
         setDialogs(nullptr);
     }

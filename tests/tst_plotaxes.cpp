@@ -39,9 +39,7 @@ private slots:
         st.freqstart = start;
         st.freqstop = stop;
         ComputeDecades();
-        QCOMPARE(st.decadelow, low);
-        QCOMPARE(st.decadehigh, high);
-        QCOMPARE(st.decadestep, step);
+        QCOMPARE(std::tuple(st.decadelow, st.decadehigh, st.decadestep), std::tuple(low, high, step));
     }
 
     void decadesOfABrokenRangeEnd()

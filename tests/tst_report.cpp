@@ -47,13 +47,9 @@ QString pdfWords(const QString &pdf) { return pdfText(pdf).simplified(); }
 QList<QSizeF> pdfPages(const QString &pdf)
 {
     QList<QSizeF> pages;
-    static const QRegularExpression count(QStringLiteral("Pages:\\s+(\\d+)"));
-    const QString last = count.match(run(QStringLiteral("pdfinfo"), {pdf})).captured(1);
-    if (last.isEmpty())
-        return pages;
-    const QString info =
-        run(QStringLiteral("pdfinfo"), {QStringLiteral("-f"), QStringLiteral("1"), QStringLiteral("-l"), last, pdf});
     static const QRegularExpression size(QStringLiteral("Page\\s+\\d+ size:\\s+([\\d.]+) x ([\\d.]+)"));
+    const QString info = run(QStringLiteral("pdfinfo"), {QStringLiteral("-f"), QStringLiteral("1"), QStringLiteral("-l"),
+                                                         QStringLiteral("9999"), pdf});
     for (auto it = size.globalMatch(info); it.hasNext();) {
         const auto m = it.next();
         pages << QSizeF(m.captured(1).toDouble(), m.captured(2).toDouble());
@@ -61,13 +57,12 @@ QList<QSizeF> pdfPages(const QString &pdf)
     return pages;
 }
 
-QImage pdfPicture(const QString &pdf, int page = 1)
+// The first page as a picture.
+QImage pdfPicture(const QString &pdf)
 {
-    const QString prefix = pdf + QStringLiteral(".p") + QString::number(page);
-    run(QStringLiteral("pdftoppm"), {QStringLiteral("-r"), QStringLiteral("100"), QStringLiteral("-f"), QString::number(page),
-                                     QStringLiteral("-l"), QString::number(page), QStringLiteral("-png"),
-                                     QStringLiteral("-singlefile"), pdf, prefix});
-    return QImage(prefix + QStringLiteral(".png"));
+    run(QStringLiteral("pdftoppm"), {QStringLiteral("-r"), QStringLiteral("100"), QStringLiteral("-l"), QStringLiteral("1"),
+                                     QStringLiteral("-png"), QStringLiteral("-singlefile"), pdf, pdf});
+    return QImage(pdf + QStringLiteral(".png"));
 }
 
 enum class Hue { Any, Red, Green, Blue, Magenta };
@@ -93,24 +88,6 @@ int colouredPixels(const QImage &image, Hue hue = Hue::Any)
     return n;
 }
 
-// The report into pdf; with KW_KEEP_PICTURES set a copy stays in the working directory to look at.
-void writeReport(const QString &pdf)
-{
-    printReportToPdf(pdf);
-    if (!qEnvironmentVariableIsEmpty("KW_KEEP_PICTURES")) {
-        static int n = 0;
-        QFile::copy(pdf, QStringLiteral("report%1.pdf").arg(++n));
-    }
-}
-
-std::vector<LimitRow> limitOf(std::initializer_list<std::pair<float, float>> points)
-{
-    std::vector<LimitRow> rows;
-    for (const auto &[f, l] : points)
-        rows.push_back({f, l});
-    return rows;
-}
-
 // A live read of 0..1000 MHz: Sample flat at -80 dB, Max hold at -60 dB, a max hold limit at
 // -40 dB in three pieces.
 void liveRead()
@@ -128,7 +105,7 @@ void liveRead()
         st.memorydata[size_t(i)] = -220;
     }
     plotSources().limitRows = [](bool maxHold) {
-        return maxHold ? limitOf({{0, -40}, {300, -40}, {600, -40}, {1000, -40}}) : std::vector<LimitRow>{};
+        return maxHold ? std::vector<LimitRow>{{0, -40}, {300, -40}, {600, -40}, {1000, -40}} : std::vector<LimitRow>{};
     };
 }
 
@@ -203,7 +180,7 @@ private slots:
         form.findChild<QLabel *>(QStringLiteral("leva"))->setText(QStringLiteral("-12.5"));
         const QTemporaryDir dir;
         const QString pdf = dir.filePath(QStringLiteral("live.pdf"));
-        writeReport(pdf);
+        printReportToPdf(pdf);
         QCOMPARE(st.printbusy, uint8_t(0));
 
         const QString text = pdfWords(pdf);
@@ -223,7 +200,7 @@ private slots:
         // Without dates the tags keep their blanks and the print date goes.
         st.printdate = 0;
         st.printcursor = 0;
-        writeReport(pdf);
+        printReportToPdf(pdf);
         const QString undated = pdfWords(pdf);
         QVERIFY(!undated.contains(QStringLiteral("Print date")));
         QVERIFY(!undated.contains(QStringLiteral("Sam:")));
@@ -238,7 +215,7 @@ private slots:
         liveRead();
         const QTemporaryDir dir;
         const QString pdf = dir.filePath(QStringLiteral("c.pdf"));
-        writeReport(pdf);
+        printReportToPdf(pdf);
         QImage page = pdfPicture(pdf);
         QVERIFY(!page.isNull());
         // The limit runs across the plot at -40 dB: red along it, green trace, red max hold.
@@ -247,7 +224,7 @@ private slots:
 
         st.printcolor = 0;
         st.printcursor = 1;
-        writeReport(pdf);
+        printReportToPdf(pdf);
         page = pdfPicture(pdf);
         QVERIFY(!page.isNull());
         QCOMPARE(colouredPixels(page), 0);
@@ -264,7 +241,7 @@ private slots:
         st.note = QStringLiteral("Cable 2 replaced\r\nEUT in mode B   ");
         const QTemporaryDir dir;
         const QString pdf = dir.filePath(QStringLiteral("n.pdf"));
-        writeReport(pdf);
+        printReportToPdf(pdf);
         QCOMPARE(kwtest::boxesOf(boxes), QStringList{QStringLiteral("Print|Ready to print notes? (Turn the paper)")});
         const QList<QSizeF> pages = pdfPages(pdf);
         QCOMPARE(pages.size(), 2);
@@ -282,7 +259,7 @@ private slots:
         // Portrait: the notes under the plot on the one sheet, and no message.
         boxes.shown.clear();
         st.printvertical = 1;
-        writeReport(pdf);
+        printReportToPdf(pdf);
         QVERIFY(boxes.shown.empty());
         QCOMPARE(pdfPages(pdf).size(), 1);
         QVERIFY(pdfPages(pdf)[0].width() < pdfPages(pdf)[0].height());
@@ -295,7 +272,7 @@ private slots:
         const QTemporaryDir dir;
         emcFile(dir.path());
         const QString pdf = dir.filePath(QStringLiteral("e.pdf"));
-        writeReport(pdf);
+        printReportToPdf(pdf);
         const QString text = pdfWords(pdf);
         QVERIFY(text.count(QStringLiteral("Peak")) > text.count(QStringLiteral("QPeak")));
         for (const char *expected : {"QPeak", "Sweep", "EN 55011 radiated", "Unit: "})
@@ -310,7 +287,7 @@ private slots:
         // Black under printcolor 0, ambients and cursors included.
         st.printcolor = 0;
         st.printcursor = 1;
-        writeReport(pdf);
+        printReportToPdf(pdf);
         QCOMPARE(colouredPixels(pdfPicture(pdf)), 0);
     }
 
@@ -383,18 +360,6 @@ private slots:
         QCOMPARE(int(picture.linesOf(0).size()), int(picture.lines.size()));
     }
 
-    void previewPictureShowsPlotAndLimitAtAFixedSize()
-    {
-        liveRead();
-        ImageSurface picture(380, 533);
-        previewArea().picture = &picture;
-        DrawPreview();
-        const QImage image = picture.image();
-        QVERIFY(colouredPixels(image, Hue::Red) > 100);
-        QVERIFY(colouredPixels(image, Hue::Green) > 100);
-        QVERIFY(!qEnvironmentVariableIsEmpty("KW_KEEP_PICTURES") ? image.save(QStringLiteral("preview.png")) : true);
-    }
-
     void joinedLinesLeaveTheSamePixels()
     {
         // Two noisy traces far denser than the pixels, interleaved as a scan draws them.
@@ -451,8 +416,6 @@ private slots:
         auto *vertical = loadedForm(QStringLiteral("setprn"))->findChild<QCheckBox *>(QStringLiteral("Check2"));
         QTest::mouseClick(vertical, Qt::LeftButton);
         QVERIFY(r->surface().image() != landscape);
-        if (!qEnvironmentVariableIsEmpty("KW_KEEP_PICTURES"))
-            window.grab().save(QStringLiteral("printforms.png"));
 
         QTest::mouseClick(loadedForm(QStringLiteral("setprn"))->findChild<QPushButton *>(QStringLiteral("Command2")),
                           Qt::LeftButton);

@@ -68,10 +68,8 @@ private slots:
         QCOMPARE(st.formpos[4], int16_t(403));   // grafik width, offset 12
         QCOMPARE(st.formpos[15], int16_t(1211)); // track left stands before emc on disk, offset 28
         QCOMPARE(st.formpos[12], int16_t(1514)); // emc left, offset 34
-        QCOMPARE(st.mode, uint8_t(1));
-        QCOMPARE(st.comport, int16_t(3));
-        QCOMPARE(st.baudrate, int32_t(115200));
-        QCOMPARE(st.databasefile, QStringLiteral("/srv/emc/lab.mdb"));
+        QCOMPARE(std::tuple(st.mode, st.comport, st.baudrate, st.databasefile),
+                 std::tuple(uint8_t(1), int16_t(3), int32_t(115200), QStringLiteral("/srv/emc/lab.mdb")));
 
         writeSettingFile();
         QVERIFY(boxes_.shown.empty());
@@ -100,14 +98,10 @@ private slots:
         st.formpos[4] = 1;
         readSettingFile();
         QCOMPARE(boxesOf(boxes_), QStringList{"Load default settings|Generate new default settings"});
-        QCOMPARE(st.formpos[4], int16_t(7200));
-        QCOMPARE(st.comport, int16_t(2));
-        QCOMPARE(st.baudrate, int32_t(19200));
-        QCOMPARE(st.databasefile, QDir(dir.path()).filePath("default.mdb"));
+        QCOMPARE(std::tuple(st.formpos[4], st.comport, st.baudrate, st.databasefile),
+                 std::tuple(int16_t(7200), int16_t(2), int32_t(19200), QDir(dir.path()).filePath("default.mdb")));
         // What has no default keeps its value.
-        QCOMPARE(st.mode, uint8_t(1));
-        QCOMPARE(st.carriedbyte, uint8_t(9));
-        QCOMPARE(st.formpos[2], int16_t(55));
+        QCOMPARE(std::tuple(st.mode, st.carriedbyte, st.formpos[2]), std::tuple(uint8_t(1), uint8_t(9), int16_t(55)));
         // The file is not rewritten by reading; an absent one is left behind empty.
         QCOMPARE(readFile(dir.file("setting.def")), contents);
         QVERIFY(QFileInfo::exists(dir.file("setting.def")));
@@ -124,9 +118,7 @@ private slots:
         QVERIFY(kwtest::writeFile(dir.file("setting.def"), sampleRecord("/x.mdb").left(43)));
         readSettingFile();
         QVERIFY(boxes_.shown.empty());
-        QCOMPARE(st.comport, int16_t(3));
-        QCOMPARE(st.baudrate, int32_t(0));
-        QCOMPARE(st.databasefile, QString());
+        QCOMPARE(std::tuple(st.comport, st.baudrate, st.databasefile), std::tuple(int16_t(3), int32_t(0), QString()));
     }
 
     void longPathIsCutAtItsFixedLength()
@@ -203,10 +195,8 @@ private slots:
 
         struct stat after {};
         QCOMPARE(::stat(QFile::encodeName(path).constData(), &after), 0);
-        QCOMPARE(after.st_ino, before.st_ino);
-        QCOMPARE(after.st_mode, before.st_mode);
-        QCOMPARE(after.st_uid, before.st_uid);
-        QCOMPARE(after.st_gid, before.st_gid);
+        QCOMPARE(std::tuple(after.st_ino, after.st_mode, after.st_uid, after.st_gid),
+                 std::tuple(before.st_ino, before.st_mode, before.st_uid, before.st_gid));
         QCOMPARE(qint64(after.st_size), kHuge);
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadOnly));

@@ -65,8 +65,7 @@ private slots:
         QCOMPARE(first.x1, 0.0);
         // The last segment ends at 2000/2001 of the width, not at the edge.
         QCOMPARE(plot.p1.linesOf(2).back().x2, std::trunc(2000.0 / 2001.0 * 1000.0 * 1000000.0 / 1000.0));
-        QCOMPARE(st.peaklevel, int16_t(-100));
-        QCOMPARE(st.peakfreq, float(1000.0 / 2001.0 * 1000.0));
+        QCOMPARE(std::tuple(st.peaklevel, st.peakfreq), std::tuple(int16_t(-100), float(1000.0 / 2001.0 * 1000.0)));
         QCOMPARE(plot.memory, QStringLiteral("Mem B"));
         QVERIFY(plot.buttons[0] && plot.buttons[1] && plot.buttons[2]);
     }
@@ -162,9 +161,9 @@ private slots:
         readPoint(table, point);
         readNextPoint(table, point, true, 6);
         readNextPoint(table, point, true, 6);
-        QCOMPARE(point.level[kSample], int16_t(-50));  // -20 dB * 2.5
-        QCOMPARE(point.level[kMaxhold], int16_t(-75));
-        QCOMPARE(point.level[kAverage], int16_t(-125));
+        // -20 dB * 2.5, -30 dB, and the flat -50 dB.
+        QCOMPARE(std::tuple(point.level[kSample], point.level[kMaxhold], point.level[kAverage]),
+                 std::tuple(int16_t(-50), int16_t(-75), int16_t(-125)));
         QCOMPARE(point.frequency, rows[14][kFrequency].value());  // the group's last frequency
         // A level outside sixteen bits keeps the old value.
         readNextPoint(table, point, false, 0);

@@ -1,0 +1,203 @@
+// The Toolbox: trigger mode against the simulator's own report, its ends (a crossing, a stray
+// report, Stop, a failed arming), printing and re-arming, the frequency steps, and the level
+// taken from cursor 1.
+#include "live/trigger.h"
+#include "platform/vbformat.h"
+#include "shell/state.h"
+#include "shell/uihooks.h"
+#include "support/simfixture.h"
+
+#include <QTimer>
+#include <QtTest>
+
+#include <algorithm>
+
+using namespace kw;
+
+namespace {
+
+int highest(const Trace &t, int from, int to) { return *std::max_element(t.begin() + from, t.begin() + to + 1); }
+
+// The commands after the last arming.
+QStringList afterArming(const QStringList &log)
+{
+    for (qsizetype at = log.size() - 1; at >= 0; --at)
+        if (log[at].startsWith(QLatin1String("#tr-")))
+            return log.mid(at + 1);
+    return {};
+}
+
+}  // namespace
+
+class TestTrigger : public QObject {
+    Q_OBJECT
+private slots:
+    void init()
+    {
+        statuses_.clear();
+        setTriggerStatusView([this](const QString &s) { statuses_ << s; });
+    }
+    void cleanup()
+    {
+        setTriggerStatusView(nullptr);
+        uiHooks() = UiHooks{};
+    }
+
+    // Armed below the bench's burst, the analyser reports the crossing by itself; the program
+    // then reads Memory B, which holds the sweep with the burst in it, and disarms.
+    void burstIsReadIntoMemoryB()
+    {
+        SimBench bench;
+        QVERIFY(bench.connect());
+        st.triggervalue = -27.0f;
+        st.ckauto = 1;
+        st.liveread = 1;
+        QTimer::singleShot(300, [&bench] { bench.sim().withModel([](kt::Analyser &a) { a.burst(0.5); }); });
+        triggerStart();
+        QCOMPARE(statuses_, QStringList({kTriggerInit, kTriggerWaiting, kTriggerReading, kTriggerIdle}));
+        QCOMPARE(st.triggerrun, uint8_t(0));
+        QCOMPARE(st.liveread, uint8_t(0));
+        QCOMPARE(st.ckauto, uint8_t(0));
+        QCOMPARE(st.viewb, uint8_t(1));
+        QCOMPARE(st.viewsample, uint8_t(0));
+        const QStringList log = bench.log();
+        QCOMPARE(log.count(QStringLiteral("#tr-27.0")), 1);
+        QVERIFY(afterArming(log).contains(QStringLiteral("#vm1")));
+        QCOMPARE(log.last(), QStringLiteral("#tr0"));
+        // 433.92 MHz on a 0..1000 MHz axis lies near point 869.
+        QVERIFY(highest(st.memorydata, 855, 885) > highest(st.memorydata, 1400, 1600) + 50);
+        QVERIFY(bench.shown().isEmpty());
+    }
+
+    // With printing the loop prints after each crossing and arms again, until Stop.
+    void printsAndRearmsUntilStopped()
+    {
+        SimBench bench;
+        QVERIFY(bench.connect());
+        bench.sim().withModel([](kt::Analyser &a) { a.signal().scene().burstPeriod = 0.6; });
+        st.triggervalue = -27.0f;
+        st.triggerprint = 1;
+        int prints = 0;
+        uiHooks().printReport = [&] {
+            if (++prints == 2) {
+                bench.sim().withModel([](kt::Analyser &a) { a.signal().scene().burstPeriod = 0; });
+                QTimer::singleShot(100, [] { triggerStop(); });
+            }
+        };
+        triggerStart();
+        QCOMPARE(prints, 2);
+        const QStringList log = bench.log();
+        QCOMPARE(log.count(QStringLiteral("#tr-27.0")), 3);
+        QCOMPARE(log.last(), QStringLiteral("#tr0"));
+        QCOMPARE(statuses_.last(), kTriggerIdle);
+    }
+
+    // A report of three characters that is not "RD" ends the wait as Stop does: no read, no box.
+    // Stop itself is seen at the next look.
+    void strayReportAndStopEndTheWait_data()
+    {
+        QTest::addColumn<bool>("stray");
+        QTest::newRow("stray report") << true;
+        QTest::newRow("stop") << false;
+    }
+    void strayReportAndStopEndTheWait()
+    {
+        QFETCH(bool, stray);
+        SimBench bench;
+        QVERIFY(bench.connect());
+        st.triggervalue = -50.4f;  // the bench's FM lies above: the simulator would report it
+        bench.sim().withModel([](kt::Analyser &a) { a.signal().scene().ambientOn = false; a.signal().scene().dutOn = false; });
+        QTimer::singleShot(200, [&bench, stray] {
+            if (stray)
+                bench.sim().inject("XYZ");
+            else
+                triggerStop();
+        });
+        triggerStart();
+        QCOMPARE(statuses_, QStringList({kTriggerInit, kTriggerWaiting, kTriggerIdle}));
+        const QStringList log = bench.log();
+        QVERIFY(log.contains(QStringLiteral("#tr-50.4")));
+        QCOMPARE(afterArming(log), QStringList({QStringLiteral("#tr0")}));
+        QCOMPARE(st.triggerrun, uint8_t(0));
+        QVERIFY(bench.shown().isEmpty());
+    }
+
+    // An arming the analyser does not confirm leaves at once: the fault is told, "#tr0" is not
+    // sent, and status and flag stay as they were.
+    void failedArmingLeavesAtOnce()
+    {
+        SimBench bench;
+        QVERIFY(bench.connect());
+        bench.sim().withModel([](kt::Analyser &a) { a.options().faults.silentAfter = 0; });
+        triggerStart();
+        QCOMPARE(statuses_, QStringList({kTriggerInit}));
+        QCOMPARE(st.triggerrun, uint8_t(1));
+        QVERIFY(!bench.log().contains(QStringLiteral("#tr0")));
+        QCOMPARE(bench.shown().size(), 1);
+        QVERIFY(bench.shown().first().startsWith(QStringLiteral("Serial - Error|")));
+    }
+
+    // Offline a step connects, sends the frequency, disconnects and reads nothing; online it
+    // restarts the calculation and reads. The frequency stays within 0..1050 MHz.
+    void frequencySteps()
+    {
+        SimBench bench;
+        st.centerfreq = 500.0f;
+        QString step = QStringLiteral("10");
+        frequencyStep(+1, step);
+        QCOMPARE(st.centerfreq, 510.0f);
+        QCOMPARE(step, QStringLiteral("10"));
+        QStringList log = bench.log();
+        QVERIFY(log.contains(QStringLiteral("#cf0510.000")));
+        QVERIFY(!log.contains(QStringLiteral("#bm1")));
+        QCOMPARE(st.portopen, int16_t(0));
+
+        st.centerfreq = 5.0f;
+        frequencyStep(-1, step);
+        QCOMPARE(st.centerfreq, 0.0f);
+        QVERIFY(bench.log().contains(QStringLiteral("#cf0000.000")));
+
+        QVERIFY(bench.connect());
+        st.calc = 1;
+        st.centerfreq = 1045.0f;
+        frequencyStep(+1, step);
+        QCOMPARE(st.centerfreq, 1050.0f);
+        log = bench.log();
+        QCOMPARE(log.mid(0, 2), QStringList({"#cf1050.000", "#dm1"}));
+        QVERIFY(log.contains(QStringLiteral("#bm1")));
+        QCOMPARE(st.portopen, int16_t(1));
+    }
+
+    // The level from cursor 1 and from the box lose unit offset and attenuator and are held to
+    // the analyser's range; after a change the box shows them with both, when painted without
+    // the attenuator.
+    void levelFromCursorAndBox()
+    {
+        resetState();
+        st.unit = QStringLiteral("dBuV");
+        st.unitoffset = 107.0f;
+        st.attenuator = 10.0f;
+        st.cursor1freq = 100.0f;
+        st.cursor1level = 40.0f;
+        triggerFromCursor();
+        QCOMPARE(st.triggervalue, -77.0f);
+        QCOMPARE(triggerText(), QStringLiteral("40.0"));
+        QCOMPARE(triggerPaintText(), QStringLiteral("30.0"));
+
+        st.cursor1level = 120.0f;  // would be -23 dBm: held to -27
+        triggerFromCursor();
+        QCOMPARE(st.triggervalue, -27.0f);
+        QCOMPARE(triggerText(), QStringLiteral("90.0"));
+        triggerFromText(QStringLiteral("0"));
+        QCOMPARE(st.triggervalue, -99.8f);
+        QCOMPARE(triggerText(), QStringLiteral("17.2"));
+        triggerFromText(QStringLiteral("abc"));
+        QCOMPARE(st.triggervalue, -99.8f);
+    }
+
+private:
+    QStringList statuses_;
+};
+
+QTEST_MAIN(TestTrigger)
+#include "tst_trigger.moc"
