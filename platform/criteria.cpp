@@ -12,6 +12,10 @@ namespace {
 constexpr int kSyntaxError = 3077;
 constexpr int kUnknownField = 3070;
 constexpr int kTypeMismatch = 3464;
+constexpr int kTooComplex = 3360;
+// And, Or, Not and brackets in one criterion. The program's own criteria hold a few; the bound
+// keeps the recursive parse, evaluation and destruction of the tree far from the stack's end.
+constexpr int kMostOperators = 500;
 
 class Parser {
 public:
@@ -29,6 +33,13 @@ public:
 private:
     const QString &s_;
     qsizetype i_ = 0;
+    int operators_ = 0;
+
+    void countOperator()
+    {
+        if (++operators_ > kMostOperators)
+            throw VbError(kTooComplex);
+    }
 
     void skipBlanks()
     {
@@ -62,22 +73,27 @@ private:
     Criterion orExpr()
     {
         Criterion c = andExpr();
-        while (keyword("or"))
+        while (keyword("or")) {
+            countOperator();
             c = join(Criterion::Kind::Or, std::move(c), andExpr());
+        }
         return c;
     }
 
     Criterion andExpr()
     {
         Criterion c = notExpr();
-        while (keyword("and"))
+        while (keyword("and")) {
+            countOperator();
             c = join(Criterion::Kind::And, std::move(c), notExpr());
+        }
         return c;
     }
 
     Criterion notExpr()
     {
         if (keyword("not")) {
+            countOperator();
             Criterion c;
             c.kind = Criterion::Kind::Not;
             c.children.push_back(notExpr());
@@ -86,6 +102,7 @@ private:
         skipBlanks();
         if (i_ < s_.size() && s_[i_] == QLatin1Char('(')) {
             ++i_;
+            countOperator();
             Criterion c = orExpr();
             skipBlanks();
             if (i_ >= s_.size() || s_[i_] != QLatin1Char(')'))

@@ -28,7 +28,8 @@ struct Criterion {
     std::vector<Criterion> children;
 };
 
-// Throws VbError(3077) when the text does not parse (a quote inside a quoted name, "100,5").
+// Throws VbError(3077) when the text does not parse (a quote inside a quoted name, "100,5"), and
+// 3360 when it joins more than 500 terms or brackets (too complex).
 Criterion parseCriterion(const QString &text);
 
 // Resolves the column names: indexOf answers -1 for an unknown name, which throws VbError(3070).

@@ -3,7 +3,7 @@
 //
 // Database and Recordset are handles: copies refer to the same object, as object variables do.
 // Every operation that fails throws VbError with the engine's number (3021 no current record,
-// 3027 read-only, 3070 unknown field in a criterion, 3077 criterion syntax, 3265 unknown field,
+// 3027 read-only, 3070 unknown field in a criterion, 3077 criterion syntax, 3360 criterion too complex, 3265 unknown field,
 // 91 object not set, 3420 object closed ...), so that a caller that passes errors over wraps each
 // statement in ResumeNext (platform/onerror.h) and goes on with the next.
 //

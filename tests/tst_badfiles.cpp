@@ -1,15 +1,23 @@
 // Every file the program opens, walked through a table of bad versions: nothing crashes, the
-// operator sees the program's own box, and no other file changes.
+// operator sees the program's own box (or, where the program says nothing, nothing), no other file
+// changes, and what was shown before stays shown.
 
+#include "editors/definitioneditor.h"
 #include "platform/comports.h"
 #include "platform/dialogs.h"
+#include "platform/onerror.h"
 #include "platform/recordset.h"
+#include "plot/drawplot.h"
+#include "shell/forms.h"
+#include "shell/mdi.h"
 #include "shell/state.h"
 #include "store/appdb.h"
 #include "store/settingfile.h"
 #include "support/programdir.h"
+#include "support/recordingplot.h"
 #include "support/testfiles.h"
 
+#include <QAction>
 #include <QCryptographicHash>
 #include <QDir>
 #include <QRandomGenerator>
@@ -18,6 +26,7 @@
 
 using namespace kw;
 using kwtest::boxesOf;
+using kwtest::RecordingPlot;
 using kwtest::readFile;
 using kwtest::writeFile;
 
@@ -51,6 +60,27 @@ QMap<QString, QByteArray> snapshot(const QString &dir)
 
 bool runningAsRoot() { return geteuid() == 0; }
 
+QByteArray randomBytes(int size)
+{
+    QByteArray noise(size, '\0');
+    QRandomGenerator gen(42);
+    for (char &c : noise)
+        c = char(gen.bounded(256));
+    return noise;
+}
+
+// Bad measurement files, each made from a good .mes the program wrote.
+enum class BadMeas { Empty, Truncated, NotSqlite, NoTables, WrongTypes, UnknownVersion, HugeSizeClaim, QuotedName };
+
+void trigger(Mdi &window, const char *entry) { window.menuEntry(QLatin1String(entry))->trigger(); }
+
+void execute(const QString &path, const QString &sql)
+{
+    Database file = OpenDatabase(path);
+    file.Execute(sql);
+    file.Close();
+}
+
 }  // namespace
 
 class TestBadFiles : public QObject {
@@ -65,13 +95,7 @@ class TestBadFiles : public QObject {
         case Bad::Empty: return writeFile(path, QByteArray());
         case Bad::OneByte: return writeFile(path, good.left(1));
         case Bad::Truncated: return writeFile(path, good.left(good.size() / 2));
-        case Bad::Random: {
-            QByteArray noise(4096, '\0');
-            QRandomGenerator gen(42);
-            for (char &c : noise)
-                c = char(gen.bounded(256));
-            return writeFile(path, noise);
-        }
+        case Bad::Random: return writeFile(path, randomBytes(4096));
         case Bad::Text: return writeFile(path, "Frequency;Level\n30;40\nthis is not the file you are looking for\n");
         case Bad::Directory: return QDir().mkpath(path);
         case Bad::NoPermission:
@@ -242,6 +266,168 @@ private slots:
             QVERIFY2(shown.at(1).startsWith(QStringLiteral("Init Database|")), qPrintable(shown.at(1)));
         closeApplicationDatabase();
         QCOMPARE(snapshot(dir.path()), before);
+    }
+
+    // "Load > Measurements" of a bad .mes or .emc while a good one is shown. A load that fails
+    // says nothing (only the caption names the file), asks for no redraw, so the picture of the
+    // shown file stays, and writes to no file; a redraw on the bad file draws what it can, and
+    // the good file loads again.
+    void measurementFileLoad_data()
+    {
+        QTest::addColumn<int>("bad");
+        QTest::addColumn<bool>("loads");
+        QTest::newRow("empty") << int(BadMeas::Empty) << false;
+        QTest::newRow("truncated") << int(BadMeas::Truncated) << false;
+        QTest::newRow("not sqlite") << int(BadMeas::NotSqlite) << false;
+        QTest::newRow("sqlite without the tables") << int(BadMeas::NoTables) << false;
+        QTest::newRow("text for numbers") << int(BadMeas::WrongTypes) << false;
+        QTest::newRow("version unknown") << int(BadMeas::UnknownVersion) << true;
+        QTest::newRow("huge size claim") << int(BadMeas::HugeSizeClaim) << false;
+        QTest::newRow("name with quotes") << int(BadMeas::QuotedName) << true;
+    }
+    void measurementFileLoad()
+    {
+        QFETCH(int, bad);
+        QFETCH(bool, loads);
+        test::TempProgramDir dir(true);
+        st.db = OpenDatabase(dir.file(QStringLiteral("default.mdb")));
+        Mdi window;
+        for (const char *name : {"measur", "track", "detec", "emc"})
+            registerForm(QLatin1String(name), [] { return new QWidget; });
+        RecordingPlot plot;
+
+        // The shown file: a live trace saved and loaded through the menu, and drawn.
+        const QString shown = dir.file(QStringLiteral("shown.mes"));
+        st.pointcount = 2001;
+        st.freqstart = 30.0f;
+        st.freqstop = 230.0f;
+        boxes_.files = {shown};
+        trigger(window, "mnusmeasurement");
+        const QByteArray good = readFile(shown);
+        QVERIFY(good.size() > 4096);
+        boxes_.files = {shown};
+        trigger(window, "mnulmeasure");
+        QCOMPARE(st.filemode, uint8_t(1));
+        QCOMPARE(st.pointcount, 2001);
+        st.viewsample = 1;
+        DrawPlot();
+        const size_t drawnLines = plot.p1.lines.size();
+        const int passes = plot.p1.clears;
+        QVERIFY(drawnLines > 1000);
+
+        QString path = dir.file(QStringLiteral("bad.mes"));
+        switch (BadMeas(bad)) {
+        case BadMeas::Empty: QVERIFY(writeFile(path, {})); break;
+        case BadMeas::Truncated: QVERIFY(writeFile(path, good.left(good.size() / 2))); break;
+        case BadMeas::NotSqlite: QVERIFY(writeFile(path, randomBytes(8192))); break;
+        case BadMeas::NoTables:
+            QVERIFY(makeBad(Bad::SqliteNoTables, path, {}));
+            break;
+        case BadMeas::WrongTypes:
+            QVERIFY(writeFile(path, good));
+            execute(path, QStringLiteral("update settings set centerfreq = 'wide', bandwith = 'x''y', mode = 'emc'"));
+            execute(path, QStringLiteral("update measurement set frequency = 'thirty' where rowid = 7"));
+            break;
+        case BadMeas::UnknownVersion:
+            path = dir.file(QStringLiteral("old.emc"));
+            QVERIFY(writeFile(path, good));
+            execute(path, QStringLiteral("update settings set vernr = 7, centerfreq = 999"));
+            break;
+        case BadMeas::HugeSizeClaim: {
+            // The header's page count claims 2^31 pages; the file holds four.
+            QByteArray claim = good;
+            claim[28] = char(0x7f);
+            claim[29] = claim[30] = claim[31] = char(0xff);
+            QVERIFY(writeFile(path, claim));
+            break;
+        }
+        case BadMeas::QuotedName:
+            path = dir.file(QStringLiteral("it's \"bench\" [1].mes"));
+            QVERIFY(writeFile(path, good));
+            execute(path, QStringLiteral("update settings set unit = 'dB''µV', configname = 'it''s', headline = '\"'"));
+            break;
+        }
+        const auto before = snapshot(dir.path());
+
+        const size_t boxes = boxes_.shown.size();
+        st.redrawflag = 0;
+        const float centre = st.centerfreq;
+        boxes_.files = {path};
+        trigger(window, "mnulmeasure");
+        QCOMPARE(boxes_.shown.size(), boxes + 1);  // the file dialog, and no box after it
+        QCOMPARE(st.measurefile, path);
+        QCOMPARE(window.windowTitle(), QStringLiteral("KW3400R - V1.53   File: ") + path);
+        QCOMPARE(st.busycursor, uint8_t(0));
+        QVERIFY(!st.measdb.isSet());
+        QCOMPARE(st.redrawflag, uint8_t(loads ? 1 : 0));
+        if (!loads) {
+            QCOMPARE(plot.p1.clears, passes);  // the picture of the shown file stands
+            QCOMPARE(plot.p1.lines.size(), drawnLines);
+        }
+        if (BadMeas(bad) == BadMeas::UnknownVersion)
+            QCOMPARE(st.centerfreq, centre);  // nothing of the view taken from an unknown version
+        if (BadMeas(bad) == BadMeas::QuotedName) {
+            QCOMPARE(st.pointcount, 2001);
+            QCOMPARE(st.configname, QStringLiteral("it's"));
+        }
+        QCOMPARE(snapshot(dir.path()), before);  // the load writes to no file
+
+        // The redraw that a resize would ask for reads the bad file and stops where it must.
+        DrawPlot();
+        QCOMPARE(st.drawbusy, uint8_t(0));
+        QCOMPARE(snapshot(dir.path()), before);
+
+        boxes_.files = {shown};
+        trigger(window, "mnulmeasure");
+        QCOMPARE(st.pointcount, 2001);
+        QCOMPARE(st.freqstart, 30.0f);
+        QCOMPARE(st.filemode, uint8_t(1));
+        QCOMPARE(readFile(shown), good);
+        ResumeNext on;
+        on([] { st.db.Close(); });
+    }
+
+    // An editor's "Import..." of a bad file: one box that names the lines it can't read, or says
+    // the file can't be read, and the definition and the database stay as they were.
+    void importFile_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("empty") << QByteArray() << QStringLiteral("no points");
+        QTest::newRow("binary junk") << randomBytes(65536) << QStringLiteral("these lines of import.csv can't be read.\n\nline ");
+        QTest::newRow("10 MB line") << QByteArray("Frequency;Level\n30;40\n50;") + QByteArray(10 << 20, '7') + "\n"
+                                    << QStringLiteral("line 3: the level is not a number");
+        QTest::newRow("mixed separators") << QByteArray("Frequency;Level\n30;40\n50,60\n70\t80\n90;1,5\n")
+                                          << QStringLiteral("line 3: two columns expected\nline 4: two columns expected");
+        QTest::newRow("directory") << QByteArray("dir") << QStringLiteral("The file can't be read");
+    }
+    void importFile()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, expected);
+        test::TempProgramDir dir(true);
+        st.databasefile = dir.file(QStringLiteral("default.mdb"));
+        st.currentlimit = QStringLiteral("CISPR 32 Class B conducted QP");
+        DefinitionEditor form(Family::Limit);
+        form.activate();
+        const QString path = dir.file(QStringLiteral("import.csv"));
+        if (expected.startsWith(QStringLiteral("The file")))
+            QVERIFY(QDir().mkpath(path));
+        else
+            QVERIFY(writeFile(path, content));
+        const QByteArray database = readFile(st.databasefile);
+
+        boxes_.files.push_back(path);
+        form.importFile();
+        const QStringList shown = boxesOf(boxes_);
+        QCOMPARE(shown.size(), 2);  // the file dialog, then the one box
+        QVERIFY2(shown.at(1).startsWith(QStringLiteral("Import|")), qPrintable(shown.at(1)));
+        QVERIFY2(shown.at(1).contains(expected), qPrintable(shown.at(1).left(300)));
+        QVERIFY(shown.at(1).size() < 2000);
+        form.close();
+        ResumeNext on;
+        on([] { st.db.Close(); });
+        QCOMPARE(readFile(st.databasefile), database);
     }
 };
 

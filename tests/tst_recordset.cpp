@@ -104,6 +104,13 @@ private slots:
         QTest::newRow("no value") << FindsCase{head, false, "limitnr = ", 3077};
         QTest::newRow("unknown column") << FindsCase{head, false, "frequency = 1", 3070};
         QTest::newRow("text against number") << FindsCase{head, false, "limitnr = 'abc'", 3464};
+        // Deep brackets or a long chain are refused before they can exhaust the stack.
+        const QString deep = QStringLiteral("(").repeated(100000) + QStringLiteral("limitnr = 1") + QStringLiteral(")").repeated(100000);
+        QTest::newRow("deep brackets") << FindsCase{head, false, deep, 3360};
+        QTest::newRow("deep not") << FindsCase{head, false, QStringLiteral("not ").repeated(100000) + QStringLiteral("limitnr = 1"), 3360};
+        QStringList terms(100000, QStringLiteral("limitnr = 1"));
+        QTest::newRow("long chain") << FindsCase{head, false, terms.join(QStringLiteral(" or ")), 3360};
+        QTest::newRow("joined, within bounds") << FindsCase{head, false, QStringLiteral("(").repeated(200) + QStringLiteral("limitnr = 2") + QStringLiteral(")").repeated(200) + QStringLiteral(" or limitnr = 1").repeated(290), 1};
     }
     void finds()
     {
