@@ -83,16 +83,13 @@ private slots:
         sendecho();
         readstep();
         QCOMPARE(bench.shown(), QStringList());
-        QCOMPARE(st.filemode, uint8_t(1));
-        QCOMPARE(st.centerfreq, trailerTaken ? 123.45f : 77.0f);
+        QCOMPARE(std::pair(st.filemode, st.centerfreq), std::pair(uint8_t(1), trailerTaken ? 123.45f : 77.0f));
         QVERIFY(qAbs(analyserCentre(bench) - movedTo) < 1e-9);
         // Raw bytes stay in rawblock; the trailer's text follows them.
-        QCOMPARE(QChar(st.rawblock[2002 + 17]), QLatin1Char('0'));
-        QCOMPARE(QChar(st.rawblock[2002 + 18]), QLatin1Char('1'));
+        QCOMPARE(std::pair(st.rawblock[2002 + 17], st.rawblock[2002 + 18]), std::pair(int16_t('0'), int16_t('1')));
         // Nothing of the step is left on the line: the next setting is confirmed at once.
         setes1();
-        QCOMPARE(st.serialerror, uint8_t(0));
-        QCOMPARE(bench.log().first(), step);
+        QCOMPARE(std::pair(st.serialerror, bench.log().first()), std::pair(uint8_t(0), step));
         QCOMPARE(bench.log().contains(QStringLiteral("#bm1")), firmware == QLatin1String("1.04"));
     }
 
@@ -104,8 +101,7 @@ private slots:
         // The analyser falls silent; the block arrives, and something else where "RD" belongs.
         bench.sim().withModel([](kt::Analyser &a) { a.options().faults.noReply = true; });
         kt::Settings s;
-        s.span = 0;
-        s.centerfreq = 300.0;
+        std::tie(s.span, s.centerfreq) = std::pair(0, 300.0);
         kt::SimSignal signal;
         const float before = st.centerfreq;
         stepnew();
@@ -141,11 +137,9 @@ private slots:
             readtraces();
         }
         QCOMPARE(bench.shown(), QStringList{box});
-        QCOMPARE(st.portopen, int16_t(0));
-        QCOMPARE(int(st.sampledata[1]), -5);  // the trace keeps its old data
-        QCOMPARE(int(st.rawblock[1600]), -1);  // rawblock is new up to the cut
-        QVERIFY(st.rawblock[1500] >= 0);
-        QCOMPARE(st.busycursor, uint8_t(0));
+        // The trace keeps its old data; rawblock is new up to the cut.
+        QCOMPARE(std::tuple(st.portopen, int(st.sampledata[1]), int(st.rawblock[1600]), st.rawblock[1500] >= 0, st.busycursor),
+                 std::tuple(int16_t(0), -5, -1, true, uint8_t(0)));
     }
 
     void wrongChecksumIsStoredWithoutAWord()
@@ -157,9 +151,7 @@ private slots:
             a.options().faults.noise = QByteArray("\x01\xfe junk", 7);  // and stray bytes after every reply
         });
         readtraces();
-        QCOMPARE(bench.shown(), QStringList());
-        QVERIFY(anyNonZero(st.sampledata));
-        QCOMPARE(st.portopen, int16_t(1));
+        QVERIFY(bench.shown().isEmpty() && anyNonZero(st.sampledata) && st.portopen == 1);
         QCOMPARE(bench.log().count(QStringLiteral("#bm1")), 1);  // no second asking
     }
 
@@ -170,10 +162,9 @@ private slots:
         makeChainDatabase(freshFile(), QStringLiteral("Bench"),
                           {{1, 0, 3.0f, {{30, 18}, {100, 9.5f}, {1000, 24}}}, {2, 1, 0.0f, {{10, 0.46f}, {1000, 7.05f}}}});
         QVERIFY(setupconfiguration(QStringLiteral("Bench")));
-        st.correctionon = 1;
+        st.correctionon = st.calc = 1;
         st.lmaxdist = 10.0f;
         connectunit();
-        st.calc = 1;
         setcalcon();
         savetob();
         st.viewsample = st.viewaverage = st.viewmaxhold = st.viewb = st.viewab = 1;
@@ -187,8 +178,7 @@ private slots:
         QCOMPARE(log.mid(1, 2), (QStringList{"#rl", "#at"}));  // the block is converted with fresh values
         for (Trace *t : {&st.sampledata, &st.averagedata, &st.maxholddata, &st.memorydata})
             QVERIFY(anyNonZero(*t));
-        QVERIFY(st.sampledate > 0 && st.averagedate > 0 && st.maxholddate > 0 && st.memorydate > 0);
-        QVERIFY(st.grafikmax > st.grafikmin);
+        QVERIFY(st.sampledate > 0 && st.averagedate > 0 && st.maxholddate > 0 && st.memorydate > 0 && st.grafikmax > st.grafikmin);
         for (int i = 1; i <= 2001; ++i)
             QVERIFY(st.maxholddata[size_t(i)] >= st.averagedata[size_t(i)] - 25);
     }
@@ -207,9 +197,7 @@ private slots:
         // Class B at 3 m: 40 dBuV/m up to 230 MHz. The 4th clock harmonic is over it, the 5th is not.
         const struct { float mhz; bool over; } cases[] = {{133.33f, true}, {166.67f, false}};
         for (const auto &c : cases) {
-            st.centerfreq = c.mhz;
-            st.span = 1;
-            st.bandwith = 120;
+            std::tie(st.centerfreq, st.span, st.bandwith) = std::tuple(c.mhz, 1, 120);
             setcenterfreq();
             setspan();
             setbandwith();

@@ -24,8 +24,7 @@ constexpr double kSavedAt = 46000.5;  // the clock's "now" while a file is writt
 // A value as a 32-bit float column gives it back.
 double f(double value) { return double(float(value)); }
 
-// Limits of the delivered database's shape, with point counts of our choosing: limit n has n
-// points at 10, 20, ... MHz, levels -10 - n, -20 - n, ...
+// Limit n of the delivered database's shape has n points at 10, 20, ... MHz, levels -10 - n, -20 - n, ...
 void addLimit(int limitnr, int points)
 {
     for (int k = 1; k <= points; ++k)
@@ -56,44 +55,28 @@ QList<QVariantList> rowsOf(const QString &path, const QString &table)
 // counts, and a view with a value of its own in every saved field.
 void liveMeasurement()
 {
-    st.freqstart = 30.0f;
-    st.freqstop = 1030.0f;
-    st.pointcount = 2001;
+    std::tie(st.freqstart, st.freqstop, st.pointcount) = std::tuple(30.0f, 1030.0f, 2001);
     for (int i = 0; i <= 2048; ++i) {
         st.sampledata[size_t(i)] = int16_t(-i);
         st.averagedata[size_t(i)] = int16_t(-i - 1);
         st.maxholddata[size_t(i)] = int16_t(i - 1000);
         st.memorydata[size_t(i)] = int16_t(7);
     }
-    st.centerfreq = 530.0f;
-    st.reflevel = -20.0f;
-    st.attenuator = 20.0f;
-    st.bandwith = 120;
-    st.videofilter = 3;
-    st.span = 1000;
+    std::tie(st.centerfreq, st.reflevel, st.attenuator, st.bandwith, st.videofilter, st.span) =
+        std::tuple(530.0f, -20.0f, 20.0f, 120, 3, 1000);
     st.unit = QStringLiteral("dBµV");
-    st.correctionon = 1;
     st.configname = QStringLiteral("OATS 3 m");
     st.readmode = 2;
-    st.viewsample = 1;
-    st.viewaverage = 1;
-    st.viewmaxhold = 0;
-    st.viewb = 1;
-    st.viewab = 0;
+    st.correctionon = st.viewsample = st.viewaverage = st.viewb = st.viewlimitmax = st.tgon = 1;
+    st.viewmaxhold = st.viewab = st.viewlimitave = 0;
     st.viewqpeak = 1;  // written as 0: live traces have no quasi-peak
-    st.viewlimitmax = 1;
-    st.viewlimitave = 0;
     st.averagename = QStringLiteral("Class B AV");
     st.maxholdname = QStringLiteral("Class B QP");
-    st.tgon = 1;
     st.tglevel = -35.5f;
     st.lmaxdist = 3.5f;   // bytes in the file: halves to even
     st.lavedist = 10.4f;
     st.configdist = 2.5f;
-    st.lmaxlog = -1;
-    st.lavelog = 0;
-    st.grafikmin = -300;
-    st.grafikmax = 25;
+    std::tie(st.lmaxlog, st.lavelog, st.grafikmin, st.grafikmax) = std::tuple(-1, 0, -300, 25);
     st.headline = QStringLiteral("Lab 2, it's \"quoted\"");
     st.note = QStringLiteral("  first line\rsecond  ");
 }
@@ -158,13 +141,12 @@ private slots:
                                            "pragma_table_info(m.name) p where m.type = 'table' group by m.name order by m.rowid")});
         QVERIFY(sqlite.waitForFinished(10000));
         const QStringList lines = QString::fromUtf8(sqlite.readAllStandardOutput()).trimmed().split(QLatin1Char('\n'));
-        QCOMPARE(lines.size(), 3);
-        QCOMPARE(lines[0], QStringLiteral(
+        QCOMPARE(lines, QStringList({QStringLiteral(
             "Measurement|Frequency:FLOAT4 Sample_dBmW:FLOAT4 Average_dBmW:FLOAT4 Maxhold_dBmW:FLOAT4 QPeak_dBmW:FLOAT4 "
             "memory_dBmW:FLOAT4 Ambient_H_dBmW:FLOAT4 Ambient_V_dBmW:FLOAT4 H_Average_dBmW:FLOAT4 H_Maxhold_dBmW:FLOAT4 "
-            "H_QPeak_dBmW:FLOAT4 V_Average_dBmW:FLOAT4 V_Maxhold_dBmW:FLOAT4 V_QPeak_dBmW:FLOAT4"));
-        QCOMPARE(lines[1], QStringLiteral("Limitlines|avefreq:FLOAT4 Average_dBmW:FLOAT4 maxfreq:FLOAT4 Maxhold_dBmW:FLOAT4"));
-        QCOMPARE(lines[2], QStringLiteral(
+            "H_QPeak_dBmW:FLOAT4 V_Average_dBmW:FLOAT4 V_Maxhold_dBmW:FLOAT4 V_QPeak_dBmW:FLOAT4"),
+            QStringLiteral("Limitlines|avefreq:FLOAT4 Average_dBmW:FLOAT4 maxfreq:FLOAT4 Maxhold_dBmW:FLOAT4"),
+            QStringLiteral(
             "Settings|Vernr:SMALLINT dat:DATETIME centerfreq:FLOAT4 reflevel:FLOAT4 attenuator:FLOAT4 bandwith:SMALLINT "
             "videofilter:TINYINT span:SMALLINT unit:VARCHAR(20) correctionon:TINYINT "
             "configname:VARCHAR(80) readmode:TINYINT viewsample:TINYINT viewaverage:TINYINT "
@@ -172,15 +154,14 @@ private slots:
             "averagename:VARCHAR(80) maxholdname:VARCHAR(80) tgon:TINYINT tglevel:FLOAT4 "
             "Mode:TINYINT viewab:TINYINT lmaxdist:TINYINT lavedist:TINYINT lmaxlog:BOOLEAN lavelog:BOOLEAN "
             "configdist:TINYINT grafikmin:SMALLINT grafikmax:SMALLINT note:LONGTEXT "
-            "headline:VARCHAR(80) Ambient:TINYINT"));
+            "headline:VARCHAR(80) Ambient:TINYINT")}));
         QVERIFY(rowsOf(path, QStringLiteral("settings")).isEmpty());
     }
 
     void mesReadsBackFieldByField()
     {
         liveMeasurement();
-        st.limitnrave = 903;
-        st.limitnrmax = 905;
+        std::tie(st.limitnrave, st.limitnrmax) = std::pair(903, 905);
         const QString path = file(QStringLiteral("live.mes"));
         writeMes(path);
 
@@ -188,10 +169,7 @@ private slots:
         QCOMPARE(points.size(), 2001);
         // Frequency, Sample, Average, Maxhold, QPeak, memory, then eight columns never filled.
         QCOMPARE(points[0], (QVariantList{30.0, f(-0.4), f(-0.8), f(-399.6), 0.0, f(2.8), {}, {}, {}, {}, {}, {}, {}, {}}));
-        QCOMPARE(points[2000][0].toDouble(), 1030.0);
-        QCOMPARE(points[1000][0].toDouble(), 530.0);
-        QCOMPARE(points[2000][1].toDouble(), f(-2001 / 2.5));
-        QCOMPARE(points[2000][3].toDouble(), f(1001 / 2.5));
+        QCOMPARE(points[2000].mid(0, 4), (QVariantList{1030.0, f(-2001 / 2.5), f(-2002 / 2.5), f(1001 / 2.5)}));
 
         const auto settings = rowsOf(path, QStringLiteral("settings"));
         QCOMPARE(settings.size(), 1);
@@ -199,9 +177,7 @@ private slots:
                                     1, QStringLiteral("OATS 3 m"), 2, 1, 1, 0, 1, 0, 1, 0, QStringLiteral("Class B AV"),
                                     QStringLiteral("Class B QP"), 1, -35.5, 0, 0, 4, 10, true, false, 2, -300, 25,
                                     QStringLiteral("  first line\rsecond  "), QStringLiteral("Lab 2, it's \"quoted\""), {}};
-        QCOMPARE(settings[0].size(), expected.size());
-        for (int c = 0; c < expected.size(); ++c)
-            QVERIFY2(settings[0][c] == expected[c], qPrintable(QStringLiteral("column %1").arg(c + 1)));
+        QCOMPARE(settings[0], expected);
 
         // Loading puts the view back; what the format loses stays lost.
         freshState();
@@ -227,9 +203,7 @@ private slots:
         QTest::addColumn<Pairing>("pairing");
         QTest::newRow("3 average, 5 max hold") << Pairing{3, 5, 5};
         QTest::newRow("5 average, 3 max hold") << Pairing{5, 3, 5};
-        QTest::newRow("equal") << Pairing{3, 3, 3};
         QTest::newRow("max hold only") << Pairing{0, 3, 3};
-        QTest::newRow("average only") << Pairing{5, 0, 5};
         QTest::newRow("no limit chosen") << Pairing{0, 0, 0};
     }
     void limitsPairRowByRow()
@@ -262,15 +236,11 @@ private slots:
         const QString path = file(QStringLiteral("zero.mes"));
         writeMes(path);
         const auto points = rowsOf(path, QStringLiteral("measurement"));
-        QCOMPARE(points.size(), 2001);
-        QCOMPARE(points.first()[0].toDouble(), 100.0);
-        QCOMPARE(points.last()[0].toDouble(), 100.0);
-        st.freqstart = 1.0f;
-        st.freqstop = 2.0f;
-        st.measurefile = path;
+        QCOMPARE(std::tuple(points.size(), points.first()[0].toDouble(), points.last()[0].toDouble()),
+                 std::tuple(qsizetype(2001), 100.0, 100.0));
+        std::tie(st.freqstart, st.freqstop) = std::pair(1.0f, 2.0f);
         ReadMeasurementFile();
-        QCOMPARE(st.freqstart, 100.0f);
-        QCOMPARE(st.freqstop, 100.0f);
+        QCOMPARE(std::pair(st.freqstart, st.freqstop), std::pair(100.0f, 100.0f));
     }
 
     void emcHeaderTakesTheTestsValues_data()
@@ -285,16 +255,11 @@ private slots:
         QFETCH(int, runmode);
         QFETCH(int, mode);
         liveMeasurement();
-        st.freqstart = 30.0f;
-        st.freqstop = 230.0f;
+        std::tie(st.freqstart, st.freqstop, st.limitnrave, st.limitnrmax) = std::tuple(30.0f, 230.0f, 903, 905);
         st.testname = QStringLiteral("  EN 55032 radiated  ");
         st.runmode = uint8_t(runmode);
-        st.detmaxhold = 1;
-        st.detqpeak = 1;
+        st.detmaxhold = st.detqpeak = st.ambient = 1;
         st.detaverage = 0;
-        st.ambient = 1;
-        st.limitnrave = 903;
-        st.limitnrmax = 905;
         const QString path = file(QStringLiteral("run.emc"));
         st.measurefile = path;
         QCOMPARE(CreateMeasurementFile(), uint8_t(0));
@@ -308,8 +273,7 @@ private slots:
                                     QStringLiteral("Class B AV"), QStringLiteral("Class B QP"), 0, 0.0, mode, 0, 4, 10,
                                     true, false, 2, 0, 0, QStringLiteral("  first line\rsecond  "),
                                     QStringLiteral("EN 55032 radiated"), 1};
-        for (int c = 0; c < expected.size(); ++c)
-            QVERIFY2(settings[0][c] == expected[c], qPrintable(QStringLiteral("column %1").arg(c + 1)));
+        QCOMPARE(settings[0], expected);
 
         // The run adds its points; the load then takes the test's view and names the test.
         Database run = OpenDatabase(path);
@@ -337,11 +301,8 @@ private slots:
         st.reflevel = -40.0f;
         st.headline = QStringLiteral("unchanged");
         ReadMeasurementFile();
-        QCOMPARE(st.reflevel, -40.0f);
-        QCOMPARE(st.headline, QStringLiteral("unchanged"));
-        QCOMPARE(st.mode, uint8_t(2));
-        QCOMPARE(st.filemode, uint8_t(1));
-        QCOMPARE(st.pointcount, 2001);
+        QCOMPARE(std::tuple(st.reflevel, st.headline, st.mode, st.filemode, st.pointcount),
+                 std::tuple(-40.0f, QStringLiteral("unchanged"), uint8_t(2), uint8_t(1), 2001));
     }
 
     void fileWithoutSettingsRowFailsBeforeTakingAnything()
@@ -351,7 +312,6 @@ private slots:
         QCOMPARE(CreateMeasurementFile(), uint8_t(0));
         QVERIFY_THROWS_EXCEPTION(VbError, ReadMeasurementFile());
         QCOMPARE(st.filemode, uint8_t(0));
-        QVERIFY(!QFile::exists(file(QStringLiteral("missing.mes"))));
         st.measurefile = file(QStringLiteral("missing.mes"));
         QVERIFY_THROWS_EXCEPTION(VbError, ReadMeasurementFile());
         QVERIFY(!QFile::exists(st.measurefile));  // a load never makes a file
@@ -370,8 +330,8 @@ private slots:
         // Saving over an existing file replaces it, never adds to it.
         st.pointcount = 10;
         writeMes(path);
-        QCOMPARE(rowsOf(path, QStringLiteral("measurement")).size(), 10);
-        QCOMPARE(rowsOf(path, QStringLiteral("settings")).size(), 1);
+        QCOMPARE(std::pair(rowsOf(path, QStringLiteral("measurement")).size(), rowsOf(path, QStringLiteral("settings")).size()),
+                 std::pair(qsizetype(10), qsizetype(1)));
         QVERIFY(!QFile::exists(path + QStringLiteral("-wal")));
     }
 
@@ -380,21 +340,15 @@ private slots:
     {
         RecordingPlot plot;
         liveMeasurement();
-        st.limitnrave = 903;
-        st.limitnrmax = 905;
-        const QString mes = file(QStringLiteral("drawn.mes"));
-        writeMes(mes);
+        std::tie(st.limitnrave, st.limitnrmax) = std::pair(903, 905);
+        writeMes(file(QStringLiteral("drawn.mes")));
         ReadMeasurementFile();
-        st.viewsample = 1;
         st.viewaverage = st.viewmaxhold = st.viewb = st.viewab = 0;
-        st.viewlimitmax = 1;
-        st.grafikmax = 0;
-        st.grafikmin = -1000;
+        std::tie(st.grafikmin, st.grafikmax) = std::pair(-1000, 0);
         DrawPlot();
         const auto sample = plot.p1.linesOf(2);
         QVERIFY(sample.size() >= 2000);
-        QCOMPARE(sample.front().y1, -1.0);
-        QCOMPARE(sample.front().y2, -2.0);
+        QCOMPARE(std::pair(sample.front().y1, sample.front().y2), std::pair(-1.0, -2.0));
         QVERIFY(!plot.p1.linesOf(12).empty());  // the max hold limit from the file's copy
     }
 };

