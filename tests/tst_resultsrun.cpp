@@ -49,6 +49,7 @@ private slots:
         // The finished run stays shown from its file: the form reads it without a load.
         QCOMPARE(shownMeasurementFile(), file);
         ResultsForm form;
+        form.show();
         QCOMPARE(std::tuple(form.grid()->rowCount(), form.grid()->item(0, 9)->text()), std::tuple(int(table.lines.size()), QStringLiteral("FAIL")));
         st.db.Close();
     }
