@@ -82,17 +82,15 @@ private slots:
 
         Recordset check = OpenDatabase(st.databasefile)
                               .OpenRecordset(QStringLiteral("select * from settings where name = 'Bench run 7'"), dbOpenSnapshot);
-        QCOMPARE(check.RecordCount(), 1);
-        QCOMPARE(check.FieldNumber(QStringLiteral("averagename")), 8.0);
-        QCOMPARE(check.FieldNumber(QStringLiteral("maxholdname")), 5.0);
+        QCOMPARE(std::tuple(check.RecordCount(), check.FieldNumber(QStringLiteral("averagename")), check.FieldNumber(QStringLiteral("maxholdname"))),
+                 std::tuple(1, 8.0, 5.0));
 
         resetState();
         st.databasefile = saved.databasefile;
         int refreshed = 0;
         uiHooks().refreshForms = [&] { ++refreshed; };
         Recordset again = settingsTable();
-        QCOMPARE(loadsetting(again, QStringLiteral("bench RUN 7")), LoadOutcome::Loaded);
-        QCOMPARE(refreshed, 1);
+        QCOMPARE(std::tuple(loadsetting(again, QStringLiteral("bench RUN 7")), refreshed), std::tuple(LoadOutcome::Loaded, 1));
         const auto fields = [](const State &x) {
             return std::tuple(x.centerfreq, x.reflevel, x.attenuator, x.bandwith, x.videofilter, x.span, x.unit, x.correctionon,
                               x.configname, x.readmode, x.viewsample, x.viewaverage, x.viewmaxhold, x.viewb, x.viewab,
@@ -103,8 +101,7 @@ private slots:
 
         // A delivered setting reads its crossed columns the same way.
         QCOMPARE(loadsetting(again, QStringLiteral("Radiated 30-230 MHz, CISPR 32 B 3 m")), LoadOutcome::Loaded);
-        QCOMPARE(st.limitnrmax, 8);
-        QCOMPARE(st.limitnrave, 0);
+        QCOMPARE(std::tuple(st.limitnrmax, st.limitnrave), std::tuple(8, 0));
     }
 
     // An existing name asks first: No keeps the row and the dialog, Yes writes over it.
@@ -173,8 +170,7 @@ private slots:
         st.span = 5;
         QWidget *load = showForm(QStringLiteral("loadset"));
         auto *combo = load->findChild<QComboBox *>(QStringLiteral("DBCombo1"));
-        QCOMPARE(combo->count(), 3);
-        QCOMPARE(combo->currentText(), QStringLiteral("Overview 0-1000 MHz"));
+        QCOMPARE(std::tuple(combo->count(), combo->currentText()), std::tuple(3, QStringLiteral("Overview 0-1000 MHz")));
         QTest::mouseClick(load->findChild<QPushButton *>(QStringLiteral("Command1")), Qt::LeftButton);
         QCOMPARE(st.span, int16_t(1000));
         QVERIFY(boxes_.shown.empty());
