@@ -33,9 +33,7 @@ private slots:
     void init()
     {
         resetState();
-        boxes_.shown.clear();
-        boxes_.files.clear();
-        boxes_.fileRequests.clear();
+        boxes_ = ScriptedDialogs{};
         setDialogs(&boxes_);
         liveHooks().autostore = [this] { written_ << QFileInfo(autostoreOnce()).fileName(); };
         written_.clear();
@@ -57,9 +55,7 @@ private slots:
     {
         QTemporaryDir dir;
         st.automessfile = dir.filePath(QStringLiteral("AutomessXXX.mes"));
-        st.autostoreinterval = 5;
-        st.autostoreon = 1;
-        st.liveread = 1;
+        std::tie(st.autostoreinterval, st.autostoreon, st.liveread) = std::tuple(5, 1, 1);
         st.autostorenext = now_ + 5 * kSecond;
         for (int second = 0; second <= 16; ++second) {
             timer1Tick();
@@ -75,8 +71,7 @@ private slots:
         boxes_.files.push_back(dir.filePath(QStringLiteral("Bench.Mes")));
         QVERIFY(autostoreChooseFile());
         QCOMPARE(st.automessfile, dir.filePath(QStringLiteral("Bench")));
-        QCOMPARE(boxes_.fileRequests.back().title, QStringLiteral("Save Data"));
-        QCOMPARE(boxes_.fileRequests.back().flags, 8198);
+        QCOMPARE(std::tuple(boxes_.fileRequests.back().title, boxes_.fileRequests.back().flags), std::tuple(QStringLiteral("Save Data"), 8198));
         written_.clear();
         st.autostoreon = 1;
         st.liveread = 1;
@@ -110,7 +105,6 @@ private slots:
         QCOMPARE(kwtest::boxesOf(boxes_), QStringList({"Auto Save|Bad Filename", "Auto Save|Bad Filename"}));
         QCOMPARE(st.autostorecount, 2);
         QCOMPARE(screenPointer(), kPointerNormal);
-
     }
 
     // At the top the number stops rising and the last file is written over for ever. Each
@@ -120,8 +114,8 @@ private slots:
         QTemporaryDir dir;
         st.automessfile = dir.filePath(QStringLiteral("long"));
         st.autostorecount = kAutostoreCountLimit - 1;
-        QCOMPARE(QFileInfo(autostoreOnce()).fileName(), QStringLiteral("long2147483599.mes"));
-        QCOMPARE(QFileInfo(autostoreOnce()).fileName(), QStringLiteral("long2147483600.mes"));
+        const QString first = QFileInfo(autostoreOnce()).fileName();
+        QCOMPARE((QStringList{first, QFileInfo(autostoreOnce()).fileName()}), (QStringList{"long2147483599.mes", "long2147483600.mes"}));
         QCOMPARE(st.autostorecount, kAutostoreCountLimit);
         QVERIFY(kwtest::writeFile(dir.filePath(QStringLiteral("long2147483600.mes")), "stale"));
         QCOMPARE(QFileInfo(autostoreOnce()).fileName(), QStringLiteral("long2147483600.mes"));
@@ -132,10 +126,9 @@ private slots:
 
     void intervalBoundsAndTheBusyPointer()
     {
-        QCOMPARE(autostoreTakeInterval(QStringLiteral("3")), QStringLiteral("5"));
-        QCOMPARE(autostoreTakeInterval(QStringLiteral("4000")), QStringLiteral("3600"));
-        QCOMPARE(autostoreTakeInterval(QStringLiteral("x")), QStringLiteral("5"));
-        QCOMPARE(autostoreTakeInterval(QStringLiteral("120")), QStringLiteral("120"));
+        QCOMPARE((QStringList{autostoreTakeInterval(QStringLiteral("3")), autostoreTakeInterval(QStringLiteral("4000")),
+                              autostoreTakeInterval(QStringLiteral("x")), autostoreTakeInterval(QStringLiteral("120"))}),
+                 (QStringList{"5", "3600", "5", "120"}));
         QCOMPARE(st.autostoreinterval, 120);
 
         // While the hourglass shows, the buttons do nothing.
@@ -146,8 +139,7 @@ private slots:
         QVERIFY(!autostoreExit());
         autostoreStartPause();
         QVERIFY(!autostoreChooseFile());
-        QCOMPARE(st.autostorecount, 7);
-        QCOMPARE(st.autostoreon, uint8_t(1));
+        QCOMPARE(std::tuple(st.autostorecount, st.autostoreon), std::tuple(7, uint8_t(1)));
         QVERIFY(boxes_.shown.empty());
     }
 
@@ -164,24 +156,17 @@ private slots:
         QVERIFY(form);
         auto *start = form->findChild<QPushButton *>(QStringLiteral("Command2"));
         start->click();
-        QCOMPARE(start->text(), QStringLiteral("Pause"));
-        QCOMPARE(st.portopen, int16_t(1));
-        QCOMPARE(st.ckauto, uint8_t(1));
-        QCOMPARE(st.liveread, uint8_t(1));
+        QCOMPARE(std::tuple(start->text(), st.portopen, st.ckauto, st.liveread), std::tuple(QStringLiteral("Pause"), int16_t(1), uint8_t(1), uint8_t(1)));
         QCOMPARE(form->findChild<QLabel *>(QStringLiteral("Label4"))->text(), vbLongTime(now_ + 60 * kSecond));
         st.autostorecount = 4;
         start->click();
-        QCOMPARE(start->text(), QStringLiteral("Start"));
-        QCOMPARE(st.autostoreon, uint8_t(0));
-        QCOMPARE(st.ckauto, uint8_t(0));
-        QCOMPARE(st.autostorecount, 4);
+        QCOMPARE(std::tuple(start->text(), st.autostoreon, st.ckauto, st.autostorecount), std::tuple(QStringLiteral("Start"), uint8_t(0), uint8_t(0), 4));
         start->click();
         QCOMPARE(st.ckauto, uint8_t(1));
         unloadForm(QStringLiteral("autost"));
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QVERIFY(!formLoaded(QStringLiteral("autost")));
-        QCOMPARE(st.autostoreon, uint8_t(0));
-        QCOMPARE(st.ckauto, uint8_t(1));
+        QCOMPARE(std::tuple(st.autostoreon, st.ckauto), std::tuple(uint8_t(0), uint8_t(1)));
         QVERIFY2(bench.shown().isEmpty(), qPrintable(bench.shown().join(QLatin1Char('\n'))));
     }
 

@@ -50,21 +50,18 @@ private slots:
         units->Refresh();
         configs->Refresh();
         QCOMPARE(units->DatabaseName(), path_);
-        QCOMPARE(combo->count(), 3);
-        QCOMPARE(combo->itemText(2), QStringLiteral("dBuA"));
-        QCOMPARE(combo->Text(), QStringLiteral("dBuV"));
+        QCOMPARE(std::tuple(combo->count(), combo->itemText(2), combo->Text()), std::tuple(3, QStringLiteral("dBuA"), QStringLiteral("dBuV")));
 
         configs->FindFirst(QStringLiteral("configname = 'chamber'"));
         QCOMPARE(combo->Text(), QStringLiteral("dBuA"));
         configs->MoveNext();  // past the last row: nothing to show
-        QCOMPARE(combo->Text(), QString());
-        QCOMPARE(combo->count(), 3);
+        QCOMPARE(std::tuple(combo->Text(), combo->count()), std::tuple(QString(), 3));
 
         // Reading the list leaves the row source where the code put it.
         units->FindFirst(QStringLiteral("unitname = 'dBuA'"));
         combo->refill();
-        QCOMPARE(units->currentText(QStringLiteral("unitoffset")), QStringLiteral("73.5"));
-        QCOMPARE(units->currentValue(QStringLiteral("unitoffset")).toDouble(), 73.5);
+        QCOMPARE(std::tuple(units->currentText(QStringLiteral("unitoffset")), units->currentValue(QStringLiteral("unitoffset")).toDouble()),
+                 std::tuple(QStringLiteral("73.5"), 73.5));
         QVERIFY(units->currentValue(QStringLiteral("nosuchfield")).isNull());
     }
 
@@ -84,9 +81,8 @@ private slots:
         other.Close();
         QCOMPARE(data.listOf(QStringLiteral("unitname")).join(QLatin1Char(',')), QStringLiteral("dBmW,dBpW,dBuA,dBuV"));
         data.Refresh();
-        QCOMPARE(refreshed.count(), 1);
-        QCOMPARE(validated.count(), 1);
-        QCOMPARE(data.recordset().RecordCount() > 0, true);
+        QCOMPARE(std::tuple(int(refreshed.count()), int(validated.count())), std::tuple(1, 1));
+        QVERIFY(data.recordset().RecordCount() > 0);
 
         data.FindFirst(QStringLiteral("unitname = 'dBpW'"));
         data.writeField(QStringLiteral("unitoffset"), 90.0);
@@ -115,12 +111,9 @@ private slots:
         data->setRecordSource(QStringLiteral("unit"));
         on([&] { data->Refresh(); });
         QCOMPARE(on.number, 3024);
-        QVERIFY(!data->isOpen());
-        QVERIFY(!data->hasCurrentRow());
+        QVERIFY(!data->isOpen() && !data->hasCurrentRow());
         on([&] { data->MoveFirst(); });
-        QCOMPARE(on.number, 91);
-        QCOMPARE(combo->count(), 0);
-        QCOMPARE(combo->Text(), QStringLiteral("typed"));
+        QCOMPARE(std::tuple(on.number, combo->count(), combo->Text()), std::tuple(91, 0, QStringLiteral("typed")));
 
         data->setDatabaseName(path_);
         data->setRecordSource(QStringLiteral("nosuchtable"));
@@ -157,16 +150,14 @@ private slots:
         QCOMPARE(combo.Text(), QStringLiteral("dA"));
         QTest::keyClick(&combo, Qt::Key_Return);
         QCOMPARE(seen.join(QLatin1Char(',')), QStringLiteral("100,120,97,13"));
-        QCOMPARE(chosen.count(), 0);
-        QCOMPARE(combo.count(), 3);  // Return added nothing
+        QCOMPARE(std::tuple(int(chosen.count()), combo.count()), std::tuple(0, 3));  // Return added nothing
 
         combo.showPopup();
         QAbstractItemView *list = combo.view();
         QVERIFY(QTest::qWaitForWindowExposed(list->window()));
         const QRect second = list->visualRect(list->model()->index(1, 0));
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, second.center());
-        QCOMPARE(chosen.count(), 1);
-        QCOMPARE(combo.Text(), QStringLiteral("dBuV"));
+        QCOMPARE(std::tuple(int(chosen.count()), combo.Text()), std::tuple(1, QStringLiteral("dBuV")));
     }
 };
 

@@ -22,19 +22,14 @@ private slots:
     {
         SimBench bench;
         connectunit();
-        QCOMPARE(st.portopen, int16_t(1));
-        QCOMPARE(st.ckrm, uint8_t(1));
-        QCOMPARE(st.modelname, QStringLiteral("3420"));
-        QCOMPARE(st.firmware, QStringLiteral("1.70"));
+        QCOMPARE(std::tuple(st.portopen, st.ckrm, st.modelname, st.firmware, st.busycursor),
+                 std::tuple(int16_t(1), uint8_t(1), QStringLiteral("3420"), QStringLiteral("1.70"), uint8_t(0)));
         QCOMPARE(st.caption, QStringLiteral("KW3400R - V1.53       Unit:3420       Firmware:1.70"));
         QCOMPARE(bench.log(), (QStringList{"#KT", "#br19200", "#kl1", "#KT", "#VN", "#cr"}));
         QVERIFY(bench.boxes().shown.empty());
-        QCOMPARE(st.busycursor, uint8_t(0));
 
         disconnectunit();
-        QCOMPARE(st.portopen, int16_t(0));
-        QCOMPARE(st.ckrm, uint8_t(0));
-        QCOMPARE(bench.log().last(), QStringLiteral("#kl0"));
+        QCOMPARE(std::tuple(st.portopen, st.ckrm, bench.log().last()), std::tuple(int16_t(0), uint8_t(0), QStringLiteral("#kl0")));
         QCOMPARE(st.caption, QStringLiteral("KW3400R - V1.53       Offline"));
         QVERIFY(comm1().portOpen());  // the link is down, the port stays open
     }
@@ -43,11 +38,9 @@ private slots:
     {
         SimBench bench({.model = "3400", .firmware = "1.20", .baud = 9600});
         connectunit();
-        QCOMPARE(st.portopen, int16_t(1));
-        QCOMPARE(bench.sim().lineBaud(), 19200);
         int analyserBaud = 0;
         bench.sim().withModel([&](kt::Analyser &a) { analyserBaud = a.baud(); });
-        QCOMPARE(analyserBaud, 19200);
+        QCOMPARE(std::tuple(st.portopen, bench.sim().lineBaud(), analyserBaud), std::tuple(int16_t(1), 19200, 19200));
         QCOMPARE(comm1().settings(), QStringLiteral("19200,N,8,1"));
         // Old firmware: no warm-up question.
         QCOMPARE(bench.log(), (QStringList{"#KT", "#br19200", "#kl1", "#KT", "#VN"}));
@@ -57,9 +50,7 @@ private slots:
     {
         SimBench bench({.faults = {.vnZero = true}});
         connectunit();
-        QCOMPARE(bench.log().count(QStringLiteral("#VN")), 3);
-        QCOMPARE(st.firmware, QStringLiteral("0.00"));
-        QCOMPARE(firmwareNumber(), 0.0f);
+        QCOMPARE(std::tuple(bench.log().count(QStringLiteral("#VN")), st.firmware, firmwareNumber()), std::tuple(3, QStringLiteral("0.00"), 0.0f));
         QVERIFY(!bench.log().contains(QStringLiteral("#cr")));
     }
 
@@ -68,10 +59,8 @@ private slots:
         SimBench bench({.faults = {.unknownModel = true}});
         st.ckrm = 1;
         connectunit();
-        QCOMPARE(st.portopen, int16_t(0));
-        QCOMPARE(st.ckrm, uint8_t(0));
+        QCOMPARE(std::tuple(st.portopen, st.ckrm, st.busycursor), std::tuple(int16_t(0), uint8_t(0), uint8_t(0)));
         QCOMPARE(bench.shown(), QStringList{"Serial - Error|Unit not found"});
-        QCOMPARE(st.busycursor, uint8_t(0));
         QVERIFY(!bench.log().contains(QStringLiteral("#kl1")));
     }
 
@@ -79,9 +68,7 @@ private slots:
     {
         SimBench bench({.faults = {.noEcho = true}});
         autosearch();
-        QCOMPARE(st.comport, int16_t(5));
-        QCOMPARE(st.serialquiet, uint8_t(0));
-        QCOMPARE(st.portopen, int16_t(0));
+        QCOMPARE(std::tuple(st.comport, st.serialquiet, st.portopen), std::tuple(int16_t(5), uint8_t(0), int16_t(0)));
         QCOMPARE(bench.shown(), QStringList{"Serial - Error|Unit not found"});
     }
 
@@ -90,8 +77,7 @@ private slots:
         SimBench bench({.baud = 4800});
         st.comport = 4;
         autosearch();
-        QCOMPARE(st.portopen, int16_t(1));
-        QCOMPARE(st.comport, int16_t(2));
+        QCOMPARE(std::tuple(st.portopen, st.comport), std::tuple(int16_t(1), int16_t(2)));
         QCOMPARE(bench.shown(), QStringList{"Autosearch|Unit found at port:  2   Baud:  19200"});
     }
 
@@ -103,19 +89,16 @@ private slots:
         st.serialtimeout = 2;
         QCheckBox *rm = window.toolPanel()->ckrm();
         rm->click();
-        QCOMPARE(st.portopen, int16_t(1));
-        QVERIFY(rm->isChecked());
+        QVERIFY(st.portopen == 1 && rm->isChecked());
         QCOMPARE(window.windowTitle(), QStringLiteral("KW3400R - V1.53       Unit:3420       Firmware:1.70"));
         rm->click();
-        QCOMPARE(st.portopen, int16_t(0));
-        QVERIFY(!rm->isChecked());
+        QVERIFY(st.portopen == 0 && !rm->isChecked());
         QCOMPARE(bench.log().last(), QStringLiteral("#kl0"));
         QCOMPARE(window.windowTitle(), QStringLiteral("KW3400R - V1.53       Offline"));
 
         bench.sim().unplug();
         rm->click();  // nothing answers now
-        QVERIFY(!rm->isChecked());
-        QCOMPARE(st.portopen, int16_t(0));
+        QVERIFY(st.portopen == 0 && !rm->isChecked());
         QCOMPARE(bench.boxes().count(QStringLiteral("Serial - Error")), 1);
     }
 };

@@ -99,8 +99,7 @@ private slots:
         }
         QVERIFY(marked >= 2);  // at least the rows either side of the carrier
         const QStringList log = bench.sim.log();
-        QVERIFY(log.contains(QStringLiteral("#bw400")));
-        QVERIFY(log.contains(QStringLiteral("#es1")));
+        QVERIFY(log.contains(QStringLiteral("#bw400")) && log.contains(QStringLiteral("#es1")));
         QCOMPARE(st.portopen, int16_t(0));  // finished: preset and disconnected
     }
 
@@ -134,14 +133,10 @@ private slots:
             QVERIFY(rows.size() == 2 || rows.size() == 3);
         else
             QCOMPARE(int(rows.size()), 3);
-        for (size_t i = 0; i < rows.size(); ++i) {
-            QVERIFY(rows[i].maxhold > -200 && rows[i].qpeak > -200 && rows[i].average > -200);
-            QCOMPARE(rows[i].memory, -2000.0);  // a Step test has no sweep
-        }
-        if (firmware != QLatin1String("1.10")) {
-            QCOMPARE(float(rows[0].f), 30.4f);
-            QCOMPARE(float(rows[2].f), 31.2f);
-        }
+        for (const Result &r : rows)  // a Step test has no sweep
+            QVERIFY(r.maxhold > -200 && r.qpeak > -200 && r.average > -200 && r.memory == -2000.0);
+        if (firmware != QLatin1String("1.10"))
+            QCOMPARE(std::tuple(float(rows[0].f), float(rows[2].f)), std::tuple(30.4f, 31.2f));
         const QStringList all = bench.sim.log();
         const QStringList log = all.mid(all.indexOf(QStringLiteral("#es1")));  // from the first step on
         const QString other = step == QLatin1String("#ss1") ? QStringLiteral("#ss2") : QStringLiteral("#ss1");

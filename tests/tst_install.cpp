@@ -44,7 +44,6 @@ private slots:
         const QString desktop = readAll(prefix_ + QStringLiteral("/share/applications/kw3400r.desktop"));
         QVERIFY(desktop.startsWith(QStringLiteral("[Desktop Entry]\n")));
         QVERIFY(desktop.contains(QStringLiteral("\nExec=kw3400r\n")) && desktop.contains(QStringLiteral("\nIcon=kw3400r\n")));
-        QVERIFY(readAll(prefix_ + QStringLiteral("/share/icons/hicolor/scalable/apps/kw3400r.svg")).contains(QStringLiteral("<svg")));
         QVERIFY(readAll(prefix_ + QStringLiteral("/share/kw3400r/default.mdb")).startsWith(QStringLiteral("SQLite format 3")));
     }
 
@@ -74,18 +73,8 @@ private slots:
         program.terminate();
         program.waitForFinished(5000);
         QVERIFY2(running, program.readAllStandardError().constData());
-        QVERIFY(QFileInfo(own + QStringLiteral("/default.mdb")).size() > 0);
-        QVERIFY(QFileInfo::exists(own + QStringLiteral("/setting.def")));
+        QVERIFY(QFileInfo(own + QStringLiteral("/default.mdb")).size() > 0 && QFileInfo::exists(own + QStringLiteral("/setting.def")));
         QCOMPARE(QDir(prefix_ + QStringLiteral("/bin")).entryList(QDir::Files), (QStringList{"kt3400sim", "kw3400r"}));
-    }
-
-    void installedSimulatorAnswers()
-    {
-        QProcess sim;
-        sim.start(prefix_ + QStringLiteral("/bin/kt3400sim"), {QStringLiteral("--help")});
-        QVERIFY(sim.waitForFinished(10000));
-        QCOMPARE(sim.exitCode(), 0);
-        QVERIFY(!sim.readAllStandardOutput().isEmpty());
     }
 };
 

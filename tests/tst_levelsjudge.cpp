@@ -66,9 +66,7 @@ private slots:
         blockSetup(100.0f);
         fillBlock(-40);
         const BlockResult r = evaluateblock(&tabledivisors);
-        QCOMPARE(r.peak, -40);
-        QVERIFY(std::abs(r.average - -40.0) < 1e-9);
-        QVERIFY(std::abs(r.qpeak - -40.0) < 1e-6);
+        QVERIFY(r.peak == -40 && std::abs(r.average - -40.0) < 1e-9 && std::abs(r.qpeak - -40.0) < 1e-6);
     }
 
     // One high sample: the state charges by half the difference at once, then discharges by the
@@ -107,8 +105,7 @@ private slots:
         st.rawblock[1000] = int16_t(rawFor(-20));
         const BlockResult r = evaluateblock(&fixeddivisors);
         const double expected = db20((2000 * undb20(-60.0) + undb20(-20.0)) / 2001);
-        QVERIFY(std::abs(r.average - expected) < 1e-9);
-        QVERIFY(r.average < -59.0);
+        QVERIFY(std::abs(r.average - expected) < 1e-9 && r.average < -59.0);
         QVERIFY(r.qpeak > r.average && r.qpeak < r.peak);
     }
 };

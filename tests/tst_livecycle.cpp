@@ -59,9 +59,8 @@ private slots:
         Mdi window;
         loadMain(window);
         // Only the one-second tick runs after the load, and the plot starts erased.
-        QVERIFY(window.findChild<QTimer *>(QStringLiteral("Timer1"))->isActive());
-        QVERIFY(!window.findChild<QTimer *>(QStringLiteral("Timer2"))->isActive());
-        QVERIFY(!window.findChild<QTimer *>(QStringLiteral("Timer3"))->isActive());
+        const auto active = [&](const char *timer) { return window.findChild<QTimer *>(QLatin1String(timer))->isActive(); };
+        QCOMPARE((std::array{active("Timer1"), active("Timer2"), active("Timer3")}), (std::array{true, false, false}));
         QCOMPARE(st.grafikmin, int16_t(1000));
         st.sampledata[10] = -100;
         st.maxholddata[2001] = -90;
@@ -88,13 +87,11 @@ private slots:
         st.triggerrun = 0;
         box->click();
         QVERIFY(box->isChecked());
-        QCOMPARE(st.portopen, int16_t(1));
-        QCOMPARE(st.liveread, uint8_t(1));
+        QCOMPARE(std::tuple(st.portopen, st.liveread), std::tuple(int16_t(1), uint8_t(1)));
         bench.sim().withModel([](kt::Analyser &a) { a.options().faults.silentAfter = 0; });
         timer1Tick();
         QVERIFY(bench.boxes().count(QStringLiteral("Serial - Error")) >= 1);
-        QCOMPARE(st.liveread, uint8_t(0));
-        QVERIFY(!box->isChecked());
+        QVERIFY(st.liveread == 0 && !box->isChecked());
         bench.clearLog();
         timer1Tick();  // the next tick reads nothing
         QVERIFY(bench.log().isEmpty());
@@ -110,9 +107,7 @@ private slots:
         QCheckBox *box = window.toolPanel()->ckauto();
         box->click();
         QCOMPARE(bench.shown().count(QStringLiteral("Serial - Error|Unit not found")), 1);
-        QVERIFY(!box->isChecked());
-        QCOMPARE(st.ckauto, uint8_t(0));
-        QCOMPARE(st.liveread, uint8_t(0));
+        QVERIFY(!box->isChecked() && st.ckauto == 0 && st.liveread == 0);
     }
 
     // Behind a box Timer1 reads nothing: a click of Read that meets a vanished analyser while
@@ -156,8 +151,7 @@ private slots:
         window.menuEntry(QStringLiteral("mnusmeasurement"))->setEnabled(false);  // as after loading a file
         window.toolPanel()->findChild<QPushButton *>(QStringLiteral("Command2"))->click();
         const QStringList log = bench.log();
-        QVERIFY(log.contains(QStringLiteral("#KT")));
-        QVERIFY(log.contains(QStringLiteral("#bm1")));
+        QVERIFY(log.contains(QStringLiteral("#KT")) && log.contains(QStringLiteral("#bm1")));
         QVERIFY(log.indexOf(QStringLiteral("#rl")) < log.indexOf(QStringLiteral("#bm1")));
         QVERIFY(window.menuEntry(QStringLiteral("mnusmeasurement"))->isEnabled());
         QCOMPARE(bench.boxes().count(QStringLiteral("Serial - Error")), 0);
@@ -179,8 +173,7 @@ private slots:
         RecordingPlot plot;
         st.redrawflag = 1;
         timer1Tick();
-        QCOMPARE(plot.p1.clears, 1);
-        QCOMPARE(st.redrawflag, uint8_t(0));
+        QCOMPARE(std::tuple(plot.p1.clears, st.redrawflag), std::tuple(1, uint8_t(0)));
         timer1Tick();
         QCOMPARE(plot.p1.clears, 1);  // nothing asked, nothing drawn
     }
@@ -197,8 +190,7 @@ private slots:
         QCOMPARE(stores, 0);
         st.liveread = 1;
         timer1Tick();
-        QCOMPARE(stores, 1);
-        QVERIFY(st.autostorenext > 0);
+        QVERIFY(stores == 1 && st.autostorenext > 0);
         timer1Tick();  // not yet due again
         QCOMPARE(stores, 1);
         liveHooks().autostore = nullptr;

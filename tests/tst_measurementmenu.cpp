@@ -63,17 +63,15 @@ private slots:
         QCOMPARE(std::tuple(r.save, r.title, r.filter, r.defaultExt, r.filterIndex, r.flags),
                  std::tuple(true, QStringLiteral("Select Measurement"), QStringLiteral("Measurement (*.mes) |*.mes"),
                             QStringLiteral("MES"), 1, 8198));
-        QCOMPARE(boxes_.shown.size(), size_t(1));  // no message after a cancel
-        QCOMPARE(st.busycursor, uint8_t(0));
-        QVERIFY(st.measurefile.isEmpty());
+        // No message after a cancel.
+        QCOMPARE(std::tuple(boxes_.shown.size(), st.busycursor, st.measurefile), std::tuple(size_t(1), uint8_t(0), QString()));
 
         const QString path = file(QStringLiteral("bench.mes"));
         boxes_.files = {path};
         trigger(window, "mnusmeasurement");
-        QCOMPARE(st.measurefile, path);
-        QCOMPARE(rowCount(path, QStringLiteral("measurement")), 2001);
-        QCOMPARE(st.filemode, uint8_t(0));  // saving does not switch the plot to the file
-        QCOMPARE(st.busycursor, uint8_t(0));
+        // Saving does not switch the plot to the file.
+        QCOMPARE(std::tuple(st.measurefile, rowCount(path, QStringLiteral("measurement")), st.filemode, st.busycursor),
+                 std::tuple(path, 2001, uint8_t(0), uint8_t(0)));
     }
 
     void loadShowsTheFileInItsModesWindows()
@@ -105,16 +103,13 @@ private slots:
         QCOMPARE(std::tuple(st.filemode, st.redrawflag, st.mode, st.testname),
                  std::tuple(uint8_t(1), uint8_t(1), uint8_t(1), QStringLiteral("radiated")));
         QVERIFY(!window.menuEntry(QStringLiteral("mnusmeasurement"))->isEnabled());
-        QVERIFY(shown("emc") && !shown("measur"));
-        QVERIFY(window.menuEntry(QStringLiteral("mnuemc"))->isChecked());
-        QVERIFY(!window.menuEntry(QStringLiteral("mnunormal"))->isChecked());
-        QCOMPARE(st.busycursor, uint8_t(0));
+        QVERIFY(shown("emc") && !shown("measur") && window.menuEntry(QStringLiteral("mnuemc"))->isChecked());
+        QVERIFY(!window.menuEntry(QStringLiteral("mnunormal"))->isChecked() && st.busycursor == 0);
 
         // In EMC mode the dialog offers EMC files first; a .mes brings the panels back.
         boxes_.files = {mes};
         trigger(window, "mnulmeasure");
-        QCOMPARE(boxes_.fileRequests.back().filterIndex, 2);
-        QCOMPARE(st.mode, uint8_t(0));
+        QCOMPARE(std::tuple(boxes_.fileRequests.back().filterIndex, st.mode), std::tuple(2, uint8_t(0)));
         QVERIFY(shown("measur") && shown("track") && shown("detec") && !shown("emc"));
         QVERIFY(window.menuEntry(QStringLiteral("mnunormal"))->isChecked());
         QCOMPARE(st.pointcount, 2001);
@@ -130,9 +125,7 @@ private slots:
         boxes_.files = {missing};
         trigger(window, "mnulmeasure");
         QCOMPARE(kwtest::boxesOf(boxes_).last(), QStringLiteral("Select Measurement|File not found ( ") + missing + QStringLiteral(" )"));
-        QCOMPARE(st.measurefile, QStringLiteral("/data/shown.mes"));
-        QCOMPARE(window.windowTitle(), before);
-        QCOMPARE(st.busycursor, uint8_t(0));
+        QCOMPARE(std::tuple(st.measurefile, window.windowTitle(), st.busycursor), std::tuple(QStringLiteral("/data/shown.mes"), before, uint8_t(0)));
 
         // A file that is no measurement: the load stops silently, having named the file.
         const QString garbage = file(QStringLiteral("garbage.mes"));
@@ -141,11 +134,9 @@ private slots:
         boxes_.files = {garbage};
         trigger(window, "mnulmeasure");
         QCOMPARE(boxes_.shown.size(), boxes + 1);  // the dialog only
-        QCOMPARE(st.measurefile, garbage);
-        QCOMPARE(window.windowTitle(), QStringLiteral("KW3400R - V1.53   File: ") + garbage);
-        QCOMPARE(st.filemode, uint8_t(0));
+        QCOMPARE(std::tuple(st.measurefile, window.windowTitle(), st.filemode, st.busycursor),
+                 std::tuple(garbage, QStringLiteral("KW3400R - V1.53   File: ") + garbage, uint8_t(0), uint8_t(0)));
         QVERIFY(window.menuEntry(QStringLiteral("mnusmeasurement"))->isEnabled());
-        QCOMPARE(st.busycursor, uint8_t(0));
         QCOMPARE(kwtest::readFile(garbage).size(), 32 * 200);  // never written to
     }
 };

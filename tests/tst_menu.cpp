@@ -99,8 +99,7 @@ private slots:
         // The help entries are greyed out; mnunormal is ticked before any load.
         for (const char *name : {"mnuhelp", "mnuhlp_deu", "mnuhlp_eng"})
             QVERIFY(!window.menuEntry(QString::fromLatin1(name))->isEnabled());
-        QVERIFY(window.menuEntry("mnuabout")->isEnabled());
-        QVERIFY(window.menuEntry("mnunormal")->isChecked());
+        QVERIFY(window.menuEntry("mnuabout")->isEnabled() && window.menuEntry("mnunormal")->isChecked());
         QVERIFY(!window.menuEntry("mnuemc")->isChecked());
 
         // The printer set-up is the platform's dialog.
@@ -128,17 +127,13 @@ private slots:
         auto *uncal = window.findChild<QLabel *>(QStringLiteral("Label11"));
         QVERIFY(uncal);
 
-        st.viewaverage = 1;
-        st.viewmaxhold = 1;
-        st.viewb = 1;
+        st.viewaverage = st.viewmaxhold = st.viewb = 1;
         st.viewsample = 0;
         uncal->show();
         fillTraces();
         window.menuEntry("mnuemc")->trigger();
-        QVERIFY(inMode(window, true));
+        QVERIFY(inMode(window, true) && uncal->isHidden() && erased());
         QCOMPARE(loadedForm("emc")->windowTitle(), QStringLiteral("EMC"));
-        QVERIFY(uncal->isHidden());
-        QVERIFY(erased());
         // EMC mode keeps the view as it stands, and neither way touches the file extension.
         QCOMPARE(st.viewaverage + st.viewmaxhold + st.viewb + st.viewsample, 3);
         QCOMPARE(st.measext, QStringLiteral(".mes"));
@@ -147,18 +142,15 @@ private slots:
         QWidget *emc = loadedForm("emc");
         fillTraces();
         window.menuEntry("mnuemc")->trigger();
-        QVERIFY(erased());
+        QVERIFY(erased() && inMode(window, true));
         QCOMPARE(loadedForm("emc"), emc);
-        QVERIFY(inMode(window, true));
 
         // Back: Sample alone, the panels, the Toolbox.
         fillTraces();
         window.menuEntry("mnunormal")->trigger();
-        QVERIFY(inMode(window, false));
-        QVERIFY(erased());
-        QCOMPARE(st.viewsample, uint8_t(1));
-        QCOMPARE(st.viewaverage + st.viewmaxhold + st.viewb + st.viewab, 0);
-        QCOMPARE(st.measext, QStringLiteral(".mes"));
+        QVERIFY(inMode(window, false) && erased());
+        QCOMPARE(std::tuple(st.viewsample, st.viewaverage + st.viewmaxhold + st.viewb + st.viewab, st.measext),
+                 std::tuple(uint8_t(1), 0, QStringLiteral(".mes")));
 
         // A start with EMC mode saved comes up in it.
         st.mode = 1;

@@ -24,28 +24,13 @@ namespace {
 // Everything a setting holds, away from the start values.
 void setEverything()
 {
-    st.centerfreq = 123.456f;
-    st.reflevel = -42.5f;
-    st.attenuator = 30.0f;
-    st.bandwith = 9;
-    st.videofilter = 1;
-    st.span = 20;
+    std::tie(st.centerfreq, st.reflevel, st.attenuator, st.bandwith, st.videofilter, st.span, st.readmode) =
+        std::tuple(123.456f, -42.5f, 30.0f, 9, 1, 20, 3);
     st.unit = QStringLiteral("dBuV/m              ");
-    st.correctionon = 1;
     st.configname = QStringLiteral("Radiated 3 m bilog, cable, preamplifier");
-    st.readmode = 3;
+    st.correctionon = st.viewaverage = st.viewmaxhold = st.viewb = st.viewab = st.viewlimitmax = st.viewlimitave = st.tgon = st.calc = 1;
     st.viewsample = 0;
-    st.viewaverage = 1;
-    st.viewmaxhold = 1;
-    st.viewb = 1;
-    st.viewab = 1;
-    st.viewlimitmax = 1;
-    st.viewlimitave = 1;
-    st.limitnrmax = 8;
-    st.limitnrave = 5;
-    st.tgon = 1;
-    st.tglevel = -12.5f;
-    st.calc = 1;
+    std::tie(st.limitnrmax, st.limitnrave, st.tglevel) = std::tuple(8, 5, -12.5f);
 }
 
 Recordset settingsTable() { return OpenDatabase(st.databasefile).OpenRecordset(QStringLiteral("settings")); }
@@ -56,6 +41,13 @@ int rowsNamed(const QString &name)
                        .OpenRecordset(QStringLiteral("select * from settings where name = '") + name + QStringLiteral("'"),
                                       dbOpenSnapshot);
     return rs.RecordCount();
+}
+
+double centreOf(const QString &name)
+{
+    Recordset look = OpenDatabase(st.databasefile).OpenRecordset(QStringLiteral("settings"));
+    look.FindFirst(QStringLiteral("name = '") + name + QStringLiteral("'"));
+    return look.FieldNumber(QStringLiteral("centerfreq"));
 }
 
 }  // namespace
@@ -90,45 +82,26 @@ private slots:
 
         Recordset check = OpenDatabase(st.databasefile)
                               .OpenRecordset(QStringLiteral("select * from settings where name = 'Bench run 7'"), dbOpenSnapshot);
-        QCOMPARE(check.RecordCount(), 1);
-        QCOMPARE(check.FieldNumber(QStringLiteral("averagename")), 8.0);
-        QCOMPARE(check.FieldNumber(QStringLiteral("maxholdname")), 5.0);
+        QCOMPARE(std::tuple(check.RecordCount(), check.FieldNumber(QStringLiteral("averagename")), check.FieldNumber(QStringLiteral("maxholdname"))),
+                 std::tuple(1, 8.0, 5.0));
 
         resetState();
         st.databasefile = saved.databasefile;
         int refreshed = 0;
         uiHooks().refreshForms = [&] { ++refreshed; };
         Recordset again = settingsTable();
-        QCOMPARE(loadsetting(again, QStringLiteral("bench RUN 7")), LoadOutcome::Loaded);
-        QCOMPARE(refreshed, 1);
-        QCOMPARE(st.centerfreq, saved.centerfreq);
-        QCOMPARE(st.reflevel, saved.reflevel);
-        QCOMPARE(st.attenuator, saved.attenuator);
-        QCOMPARE(st.bandwith, saved.bandwith);
-        QCOMPARE(st.videofilter, saved.videofilter);
-        QCOMPARE(st.span, saved.span);
-        QCOMPARE(st.unit, saved.unit);
-        QCOMPARE(st.correctionon, saved.correctionon);
-        QCOMPARE(st.configname, saved.configname);
-        QCOMPARE(st.readmode, saved.readmode);
-        QCOMPARE(st.viewsample, saved.viewsample);
-        QCOMPARE(st.viewaverage, saved.viewaverage);
-        QCOMPARE(st.viewmaxhold, saved.viewmaxhold);
-        QCOMPARE(st.viewb, saved.viewb);
-        QCOMPARE(st.viewab, saved.viewab);
-        QCOMPARE(st.viewlimitmax, saved.viewlimitmax);
-        QCOMPARE(st.viewlimitave, saved.viewlimitave);
-        QCOMPARE(st.limitnrmax, saved.limitnrmax);
-        QCOMPARE(st.limitnrave, saved.limitnrave);
-        QCOMPARE(st.tgon, saved.tgon);
-        QCOMPARE(st.tglevel, saved.tglevel);
-        QCOMPARE(st.calc, saved.calc);
+        QCOMPARE(std::tuple(loadsetting(again, QStringLiteral("bench RUN 7")), refreshed), std::tuple(LoadOutcome::Loaded, 1));
+        const auto fields = [](const State &x) {
+            return std::tuple(x.centerfreq, x.reflevel, x.attenuator, x.bandwith, x.videofilter, x.span, x.unit, x.correctionon,
+                              x.configname, x.readmode, x.viewsample, x.viewaverage, x.viewmaxhold, x.viewb, x.viewab,
+                              x.viewlimitmax, x.viewlimitave, x.limitnrmax, x.limitnrave, x.tgon, x.tglevel, x.calc);
+        };
+        QCOMPARE(fields(st), fields(saved));
         QCOMPARE(st.portopen, int16_t(0));
 
         // A delivered setting reads its crossed columns the same way.
         QCOMPARE(loadsetting(again, QStringLiteral("Radiated 30-230 MHz, CISPR 32 B 3 m")), LoadOutcome::Loaded);
-        QCOMPARE(st.limitnrmax, 8);
-        QCOMPARE(st.limitnrave, 0);
+        QCOMPARE(std::tuple(st.limitnrmax, st.limitnrave), std::tuple(8, 0));
     }
 
     // An existing name asks first: No keeps the row and the dialog, Yes writes over it.
@@ -141,18 +114,13 @@ private slots:
         boxes_.answers.push_back(Answer::No);
         QVERIFY(!savesetting(data1, QStringLiteral("pre-scan")));
         QCOMPARE(boxes_.shown.size(), size_t(1));
-        QCOMPARE(boxes_.shown[0].title, QStringLiteral("Save setting"));
-        QCOMPARE(boxes_.shown[0].text, QStringLiteral("Setting exist ( pre-scan )\r\rOverwrite?\r\r"));
-        QCOMPARE(boxes_.shown[0].buttons, Buttons::YesNo);
-        Recordset look = settingsTable();
-        look.FindFirst(QStringLiteral("name = 'Pre-scan'"));
-        QCOMPARE(look.FieldNumber(QStringLiteral("centerfreq")), 100.0);
+        QCOMPARE(std::tuple(boxes_.shown[0].title, boxes_.shown[0].text, boxes_.shown[0].buttons),
+                 std::tuple(QStringLiteral("Save setting"), QStringLiteral("Setting exist ( pre-scan )\r\rOverwrite?\r\r"), Buttons::YesNo));
+        QCOMPARE(centreOf(QStringLiteral("Pre-scan")), 100.0);
 
         boxes_.answers.push_back(Answer::Yes);
         QVERIFY(savesetting(data1, QStringLiteral("Pre-scan")));
-        look = settingsTable();
-        look.FindFirst(QStringLiteral("name = 'Pre-scan'"));
-        QCOMPARE(look.FieldNumber(QStringLiteral("centerfreq")), 200.0);
+        QCOMPARE(centreOf(QStringLiteral("Pre-scan")), 200.0);
         QCOMPARE(rowsNamed(QStringLiteral("Pre-scan")), 1);
     }
 
@@ -202,8 +170,7 @@ private slots:
         st.span = 5;
         QWidget *load = showForm(QStringLiteral("loadset"));
         auto *combo = load->findChild<QComboBox *>(QStringLiteral("DBCombo1"));
-        QCOMPARE(combo->count(), 3);
-        QCOMPARE(combo->currentText(), QStringLiteral("Overview 0-1000 MHz"));
+        QCOMPARE(std::tuple(combo->count(), combo->currentText()), std::tuple(3, QStringLiteral("Overview 0-1000 MHz")));
         QTest::mouseClick(load->findChild<QPushButton *>(QStringLiteral("Command1")), Qt::LeftButton);
         QCOMPARE(st.span, int16_t(1000));
         QVERIFY(boxes_.shown.empty());

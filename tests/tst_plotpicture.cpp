@@ -86,27 +86,19 @@ private slots:
         QCOMPARE(st.grafikmax, int16_t(kTop));  // the limit lies inside: no widening
         auto &surface = static_cast<ImageSurface &>(form.picture1());
         const QImage image = surface.image();
-        QVERIFY(image.save(QDir::current().filePath(QStringLiteral("grafik-trace-limit.png"))));
-        QVERIFY(form.grab().save(QDir::current().filePath(QStringLiteral("grafik-form.png"))));
         const Probe probe{image};
 
-        const QColor green = paletteColour(2);
-        const QColor lightRed = paletteColour(12);
-        const QColor grey = paletteColour(7);
+        const QColor green = paletteColour(2), lightRed = paletteColour(12), grey = paletteColour(7);
         // Sample points: index i stands at x = (i - 1) / 2001 of the width.
-        for (int i : {2, 400, 1000, 1700, 2000})
+        for (int i : {2, 1000, 2000})
             QVERIFY2(probe.near((i - 1) * 1e6 / 2001, kTraceLevel, green), qPrintable(QString::number(i)));
         // The limit from (100 MHz, -60 dB) to (900 MHz, -80 dB): -150 to -200 plot units.
-        for (double f : {150.0, 300.0, 520.0, 850.0}) {
-            const double y = -150.0 - 50.0 * (f - 100.0) / 800.0;
-            QVERIFY2(probe.near(f * 1000.0, y, lightRed), qPrintable(QString::number(f)));
-        }
+        QVERIFY(probe.near(150000.0, -153.125, lightRed) && probe.near(850000.0, -196.875, lightRed));
         QVERIFY(!probe.near(50 * 1000.0, -150, lightRed));  // nothing left of the first point
         // Grid: vertical lines at every tenth of the span, level lines every 10 dB from -20 dB.
-        QCOMPARE(image.pixelColor(probe.at(200000, -60)), grey);
-        QCOMPARE(image.pixelColor(probe.at(700000, -60)), grey);
-        QCOMPARE(image.pixelColor(probe.at(50000, -75)), grey);
-        QCOMPARE(image.pixelColor(probe.at(50000, -87)), QColor(Qt::white));
+        QCOMPARE((QList<QColor>{image.pixelColor(probe.at(200000, -60)), image.pixelColor(probe.at(700000, -60)),
+                                image.pixelColor(probe.at(50000, -75)), image.pixelColor(probe.at(50000, -87))}),
+                 (QList<QColor>{grey, grey, grey, QColor(Qt::white)}));
     }
 
     void eraseLeavesAnEmptyGridAndACoveredWindowComesBackFromTheImage()
@@ -121,8 +113,7 @@ private slots:
         st.redrawflag = 0;
         form.pictureBox(1)->repaint();
         QCOMPARE(st.redrawflag, uint8_t(0));
-        QCOMPARE(form.pictureBox(1)->grab().toImage().pixelColor(10, 10),
-                 erased.pixelColor(10, 10));
+        QCOMPARE(form.pictureBox(1)->grab().toImage().pixelColor(10, 10), erased.pixelColor(10, 10));
     }
 
     void placementIsKeptInTwips()
@@ -139,9 +130,7 @@ private slots:
         QVERIFY(!frame->close());  // the plot stays while the frame stands
         QCOMPARE(window.child(QStringLiteral("grafik")), form);
         QCOMPARE(int(st.formpos[1]), 0);
-        QVERIFY(std::abs(st.formpos[2] - 1500) <= 15);
-        QVERIFY(std::abs(st.formpos[4] - 9000) <= 15);
-        QVERIFY(std::abs(st.formpos[5] - 6000) <= 15);
+        QVERIFY(std::abs(st.formpos[2] - 1500) <= 15 && std::abs(st.formpos[4] - 9000) <= 15 && std::abs(st.formpos[5] - 6000) <= 15);
         QVERIFY(window.close());  // ... and goes with it
     }
 

@@ -26,7 +26,6 @@ private slots:
         QTest::newRow("Hz header, exponent") << QByteArray("f/Hz;dB\n1.5e5;66\n5E5;56.5\n") << 0.5 << 56.5;
         QTest::newRow("GHz header, blank lines, trailing separator")
             << QByteArray("\xEF\xBB\xBF" "Freq [GHz],Loss\n\n1,3.2,\n2.5 , -1.25\n\n") << 2500.0 << -1.25;
-        QTest::newRow("MHz header, semicolon, point") << QByteArray("MHz;level\n30;40\n230;47\n") << 230.0 << 47.0;
     }
     void readsSeparatorsMarksAndUnits()
     {
@@ -36,8 +35,7 @@ private slots:
         const PointTable t = readPointTable(file);
         QCOMPARE(t.errors, QStringList());
         QCOMPARE(t.points.size(), size_t(2));
-        QCOMPARE(t.points[1].first, f2);
-        QCOMPARE(t.points[1].second, l2);
+        QCOMPARE(t.points[1], std::pair(f2, l2));
     }
 
     // Any line that can't be read refuses the whole file, and every such line is named.
@@ -78,10 +76,8 @@ private slots:
             const PointTable back = readPointTable(bytes);
             QCOMPARE(back.errors, QStringList());
             QCOMPARE(back.points.size(), stored.size());
-            for (size_t i = 0; i < stored.size(); ++i) {
-                QCOMPARE(float(back.points[i].first), stored[i].first);
-                QCOMPARE(float(back.points[i].second - offset), stored[i].second);
-            }
+            for (size_t i = 0; i < stored.size(); ++i)
+                QCOMPARE(std::pair(float(back.points[i].first), float(back.points[i].second - offset)), stored[i]);
         }
         const QByteArray text = writePointTable(
             QStringLiteral("Level (dBµV)"), {{0.15f, -41.0f}, {30.0f, -60.1f}}, [](float s) { return double(s) + 107; },

@@ -36,14 +36,11 @@ private slots:
         const ResultTable table = readResults(file);
         QVERIFY2(table.error.isEmpty(), qPrintable(table.error));
         QVERIFY(!table.lines.empty());
-        QCOMPARE(table.test, QStringLiteral("Harmonic"));
-        QCOMPARE(table.unit, QStringLiteral("dBµV/m"));
+        QCOMPARE(std::tuple(table.test, table.unit), std::tuple(QStringLiteral("Harmonic"), QStringLiteral("dBµV/m")));
         const ResultLine &worst = table.lines.front();
         QVERIFY2(std::abs(worst.frequency - 133.33) < 0.3, qPrintable(QString::number(worst.frequency)));
-        QCOMPARE(worst.verdict, Verdict::Fail);
-        QCOMPARE(table.overall(), Verdict::Fail);
+        QCOMPARE(std::tuple(worst.verdict, table.overall(), worst.polarisation), std::tuple(Verdict::Fail, Verdict::Fail, QLatin1Char('H')));
         QVERIFY(worst.qpeak && worst.average && worst.peakLimit && worst.marginFromQPeak);
-        QCOMPARE(worst.polarisation, QLatin1Char('H'));
         // The class B line of the delivered test: 40 dBµV/m quasi-peak up to 230 MHz.
         QVERIFY2(std::abs(*worst.peakLimit - 40.0) < 0.05, qPrintable(QString::number(*worst.peakLimit)));
         for (size_t i = 1; i < table.lines.size(); ++i)
@@ -52,13 +49,8 @@ private slots:
         // The finished run stays shown from its file: the form reads it without a load.
         QCOMPARE(shownMeasurementFile(), file);
         ResultsForm form;
-        form.resize(980, 360);
         form.show();
-        QCOMPARE(form.grid()->rowCount(), int(table.lines.size()));
-        QCOMPARE(form.grid()->item(0, 9)->text(), QStringLiteral("FAIL"));
-        QCoreApplication::processEvents();
-        if (!qEnvironmentVariableIsEmpty("KW_KEEP_PICTURES"))
-            form.grab().save(QStringLiteral("results-run.png"));
+        QCOMPARE(std::tuple(form.grid()->rowCount(), form.grid()->item(0, 9)->text()), std::tuple(int(table.lines.size()), QStringLiteral("FAIL")));
         st.db.Close();
     }
 };

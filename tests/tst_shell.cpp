@@ -22,12 +22,10 @@ private slots:
         Mdi window;
         loadMain(window);
         setDialogs(nullptr);
-        QCOMPARE(boxes.count(QStringLiteral("Load default settings")), 1);
-        QCOMPARE(boxes.shown.size(), size_t(1));
-        QVERIFY(st.db.isSet());
+        QCOMPARE(std::tuple(boxes.count(QStringLiteral("Load default settings")), boxes.shown.size(), st.portopen),
+                 std::tuple(1, size_t(1), int16_t(0)));
+        QVERIFY(st.db.isSet() && window.menuEntry("mnunormal")->isChecked());
         QCOMPARE(window.windowTitle(), QStringLiteral("KW3400R - V1.53       Offline"));
-        QVERIFY(window.menuEntry("mnunormal")->isChecked());
-        QCOMPARE(st.portopen, int16_t(0));
     }
 
     // The fifth click asks three numbers; debugging can be switched on there but not off.
@@ -42,19 +40,16 @@ private slots:
         QVERIFY(boxes.shown.empty());
         countDebugClick();
         QCOMPARE(boxes.shown.size(), size_t(3));
-        QCOMPARE(boxes.shown[0].title, QStringLiteral("Transmission timing setup"));
-        QCOMPARE(boxes.shown[0].text, QStringLiteral("Serial timeout in s (+1s)[1]|4"));
-        QCOMPARE(boxes.shown[2].text, QStringLiteral("Noisevalue default=50|50"));
-        QCOMPARE(st.serialtimeout, uint8_t(7));
-        QCOMPARE(st.transmissiondebug, uint8_t(1));
-        QCOMPARE(st.noisevalue, 50.0);  // 120 is not below 100
-        QCOMPARE(st.debugclicks, uint8_t(0));
+        QCOMPARE((QStringList{boxes.shown[0].title, boxes.shown[0].text, boxes.shown[2].text}),
+                 (QStringList{"Transmission timing setup", "Serial timeout in s (+1s)[1]|4", "Noisevalue default=50|50"}));
+        // 120 is not below 100.
+        QCOMPARE(std::tuple(st.serialtimeout, st.transmissiondebug, st.noisevalue, st.debugclicks),
+                 std::tuple(uint8_t(7), uint8_t(1), 50.0, uint8_t(0)));
 
         boxes.inputs = {QString("0"), QString("0"), std::nullopt};
         for (int i = 0; i < 5; ++i)
             countDebugClick();
-        QCOMPARE(st.serialtimeout, uint8_t(7));
-        QCOMPARE(st.transmissiondebug, uint8_t(1));
+        QCOMPARE(std::tuple(st.serialtimeout, st.transmissiondebug), std::tuple(uint8_t(7), uint8_t(1)));
         setDialogs(nullptr);
     }
 };

@@ -55,13 +55,11 @@ private slots:
             for (int other = 0; other <= 4; ++other) {
                 const TraceSlot slot = traceforvm(other);
                 const bool mine = slot.trace == traceforvm(vm).trace;
-                QCOMPARE(int((*slot.trace)[1]), mine ? -50 : 0);
-                QCOMPARE(int((*slot.trace)[2001]), mine ? -277 : 0);
-                QCOMPARE(*slot.date, mine ? 46000.5 : 0.0);
+                QCOMPARE(std::tuple(int((*slot.trace)[1]), int((*slot.trace)[2001]), *slot.date),
+                         mine ? std::tuple(-50, -277, 46000.5) : std::tuple(0, 0, 0.0));
             }
-            QCOMPARE(int(st.rawblock[2002]), 227);  // the trailer is not touched
-            QCOMPARE(int(st.grafikmin), -287);
-            QCOMPARE(int(st.grafikmax), -40);
+            // The trailer is not touched.
+            QCOMPARE(std::tuple(int(st.rawblock[2002]), int(st.grafikmin), int(st.grafikmax)), std::tuple(227, -287, -40));
         }
     }
 
@@ -75,8 +73,7 @@ private slots:
         st.lmaxdist = 10.0f;
         storetrace();
         // -50 + (1 - 10.4576) * 2.5 = -73.64
-        QCOMPARE(int(st.sampledata[1]), -74);
-        QCOMPARE(int(st.sampledata[2001]), -74);
+        QCOMPARE(std::tuple(int(st.sampledata[1]), int(st.sampledata[2001])), std::tuple(-74, -74));
         QCOMPARE(cable.asked.first(), QStringLiteral("frequency = .4997501"));  // Str drops the leading zero
         QCOMPARE(cable.asked.size(), 3);  // one segment serves the whole trace
 
@@ -92,8 +89,7 @@ private slots:
         st.reflevel = 20000.0f;
         st.sampledata.fill(7);
         storetrace();
-        QCOMPARE(int(st.sampledata[1]), 7);
-        QCOMPARE(st.sampledate, 0.0);
+        QCOMPARE(std::tuple(int(st.sampledata[1]), st.sampledate), std::tuple(7, 0.0));
     }
 };
 

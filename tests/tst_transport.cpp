@@ -59,8 +59,7 @@ private slots:
         st.rdretry = 0;
         st.command = QStringLiteral("#xx");
         readreply();
-        QCOMPARE(st.reply, QString());
-        QCOMPARE(st.serialerror, uint8_t(0));
+        QCOMPARE(std::tuple(st.reply, st.serialerror), std::tuple(QString(), uint8_t(0)));
     }
 
     void lineFaults_data()
@@ -118,8 +117,7 @@ private slots:
         st.reply = QStringLiteral("before");
         st.command = QStringLiteral("#kl1");
         sendcommand();
-        QCOMPARE(st.rdretry, uint8_t(1));
-        QCOMPARE(st.reply, QStringLiteral("before"));
+        QCOMPARE(std::tuple(st.rdretry, st.reply), std::tuple(uint8_t(1), QStringLiteral("before")));
         QVERIFY(bench.shown().isEmpty());
     }
 
@@ -158,8 +156,7 @@ private slots:
 
         bench.replug();
         connectunit();
-        QCOMPARE(st.portopen, int16_t(1));
-        QCOMPARE(st.unitfound, uint8_t(1));
+        QCOMPARE(std::tuple(st.portopen, st.unitfound), std::tuple(int16_t(1), uint8_t(1)));
     }
 
     void theTimeOutIsStrict()

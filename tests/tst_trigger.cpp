@@ -55,11 +55,8 @@ private slots:
         QTimer::singleShot(300, [&bench] { bench.sim().withModel([](kt::Analyser &a) { a.burst(0.5); }); });
         triggerStart();
         QCOMPARE(statuses_, QStringList({kTriggerInit, kTriggerWaiting, kTriggerReading, kTriggerIdle}));
-        QCOMPARE(st.triggerrun, uint8_t(0));
-        QCOMPARE(st.liveread, uint8_t(0));
-        QCOMPARE(st.ckauto, uint8_t(0));
-        QCOMPARE(st.viewb, uint8_t(1));
-        QCOMPARE(st.viewsample, uint8_t(0));
+        QCOMPARE(std::tuple(st.triggerrun, st.liveread, st.ckauto, st.viewb, st.viewsample),
+                 std::tuple(uint8_t(0), uint8_t(0), uint8_t(0), uint8_t(1), uint8_t(0)));
         const QStringList log = bench.log();
         QCOMPARE(log.count(QStringLiteral("#tr-27.0")), 1);
         QVERIFY(afterArming(log).contains(QStringLiteral("#vm1")));
@@ -130,8 +127,7 @@ private slots:
         QVERIFY(bench.connect());
         bench.sim().withModel([](kt::Analyser &a) { a.options().faults.silentAfter = 0; });
         triggerStart();
-        QCOMPARE(statuses_, QStringList({kTriggerInit}));
-        QCOMPARE(st.triggerrun, uint8_t(1));
+        QCOMPARE(std::tuple(statuses_, st.triggerrun), std::tuple(QStringList({kTriggerInit}), uint8_t(1)));
         QVERIFY(!bench.log().contains(QStringLiteral("#tr0")));
         QCOMPARE(bench.shown().size(), 1);
         QVERIFY(bench.shown().first().startsWith(QStringLiteral("Serial - Error|")));
@@ -145,13 +141,9 @@ private slots:
         st.centerfreq = 500.0f;
         QString step = QStringLiteral("10");
         frequencyStep(+1, step);
-        QCOMPARE(st.centerfreq, 510.0f);
-        QCOMPARE(step, QStringLiteral("10"));
+        QCOMPARE(std::tuple(st.centerfreq, step, st.portopen), std::tuple(510.0f, QStringLiteral("10"), int16_t(0)));
         QStringList log = bench.log();
-        QVERIFY(log.contains(QStringLiteral("#cf0510.000")));
-        QVERIFY(!log.contains(QStringLiteral("#bm1")));
-        QCOMPARE(st.portopen, int16_t(0));
-
+        QVERIFY(log.contains(QStringLiteral("#cf0510.000")) && !log.contains(QStringLiteral("#bm1")));
         st.centerfreq = 5.0f;
         frequencyStep(-1, step);
         QCOMPARE(st.centerfreq, 0.0f);
@@ -175,22 +167,15 @@ private slots:
     {
         resetState();
         st.unit = QStringLiteral("dBuV");
-        st.unitoffset = 107.0f;
-        st.attenuator = 10.0f;
-        st.cursor1freq = 100.0f;
-        st.cursor1level = 40.0f;
+        std::tie(st.unitoffset, st.attenuator, st.cursor1freq, st.cursor1level) = std::tuple(107.0f, 10.0f, 100.0f, 40.0f);
         triggerFromCursor();
-        QCOMPARE(st.triggervalue, -77.0f);
-        QCOMPARE(triggerText(), QStringLiteral("40.0"));
-        QCOMPARE(triggerPaintText(), QStringLiteral("30.0"));
+        QCOMPARE(std::tuple(st.triggervalue, triggerText(), triggerPaintText()), std::tuple(-77.0f, QStringLiteral("40.0"), QStringLiteral("30.0")));
 
         st.cursor1level = 120.0f;  // would be -23 dBm: held to -27
         triggerFromCursor();
-        QCOMPARE(st.triggervalue, -27.0f);
-        QCOMPARE(triggerText(), QStringLiteral("90.0"));
+        QCOMPARE(std::tuple(st.triggervalue, triggerText()), std::tuple(-27.0f, QStringLiteral("90.0")));
         triggerFromText(QStringLiteral("0"));
-        QCOMPARE(st.triggervalue, -99.8f);
-        QCOMPARE(triggerText(), QStringLiteral("17.2"));
+        QCOMPARE(std::tuple(st.triggervalue, triggerText()), std::tuple(-99.8f, QStringLiteral("17.2")));
         triggerFromText(QStringLiteral("abc"));
         QCOMPARE(st.triggervalue, -99.8f);
     }
