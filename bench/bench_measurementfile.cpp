@@ -77,7 +77,7 @@ int main(int argc, char **argv)
     HeadlessPlot plot(1000, 700);
     setPlotForm(&plot);
 
-    // Saving: creation and the row-by-row writing of 2001 points, each row committed.
+    // Saving: creation and the writing of 2001 points, all in one commit.
     st.freqstart = 30.0f;
     st.freqstop = 1030.0f;
     for (int i = 1; i <= 2001; ++i)
