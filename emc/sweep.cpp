@@ -143,6 +143,7 @@ void sweeprun()
             busypointer();
             setcalcon();
             st.waitstart = timerSeconds();
+            checkpointrunfile();
             showRunFrequency(st.centerfreq);
             showSecondsLeft(0.0f);
             // Max Hold builds up on the analyser; the wait keeps Stop and the view boxes alive.

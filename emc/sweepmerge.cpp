@@ -23,18 +23,18 @@ QString sweepcolumn(uint8_t phase)
     }
 }
 
-void newrow(ResumeNext &onError, float f, double v)
+void newrow(ResumeNext &onError, double frequency, double v)
 {
     const QString column = sweepcolumn(st.ambientphase);
     onError([&] {
         st.rs2.AddNew();
-        onError([&] { st.rs2.SetField(QStringLiteral("Frequency"), gridfrequency(f)); });
+        onError([&] { st.rs2.SetField(QStringLiteral("Frequency"), frequency); });
         for (const char *other : kOtherLevels)
             if (column.compare(QLatin1String(other), Qt::CaseInsensitive) != 0)
                 onError([&] { st.rs2.SetField(QLatin1String(other), -1000); });
         onError([&] { st.rs2.SetField(column, v); });
         st.rs2.Update();
-        tellRowWritten("new", gridfrequency(f));
+        tellRowWritten("new", frequency);
     });
 }
 
@@ -78,14 +78,17 @@ void sweepmerge()
     });
     if (!st.rs2.isOpen())
         writing = false;
+    // Rounding to the grid goes through text; the loop keeps what it has rounded.
+    const double doneupto = gridfrequency(st.doneupto);
+    double nextrow = gridfrequency(st.nextrowfreq);
     for (int i = 1; writing && i <= st.pointcount && i < kTraceSize; ++i) {
         const float f = step * float(i - 1) + st.freqstart;
         const double grid = gridfrequency(f);
-        if (!(gridfrequency(st.doneupto) <= grid && gridfrequency(st.nextrowfreq) <= grid))
+        if (!(doneupto <= grid && nextrow <= grid))
             continue;
         const double v = st.maxholddata[size_t(i)] / 2.5;
         if (st.secondpass == 0)
-            newrow(onError, f, v);
+            newrow(onError, grid, v);
         else
             editrow(onError, v);
         if (step * float(i - 1) + st.freqstart > st.runstop)
@@ -97,6 +100,7 @@ void sweepmerge()
             st.nextrowfreq = st.limitmark;
             st.limitmark = 100000.0f;
         }
+        nextrow = gridfrequency(st.nextrowfreq);
     }
     onError([] { st.rs2.Close(); });
     onError([] { st.measdb.Close(); });

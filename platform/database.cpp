@@ -79,6 +79,9 @@ void setJournal(const DatabaseHandle &h)
     QSqlQuery q(h.sql());
     q.exec(QStringLiteral("pragma journal_mode = wal"));
     q.exec(QStringLiteral("pragma synchronous = normal"));
+    // A run's file is copied over from its log while the run waits on the analyser (see the run
+    // file's hold); the log copies itself only when that has not happened for a long time.
+    q.exec(QStringLiteral("pragma wal_autocheckpoint = 10000"));
 }
 
 // When the program's last handle on a file it has written closes, the file goes back to the
@@ -429,6 +432,12 @@ Database CreateDatabase(const QString &path, const QString &)
 }
 
 void Database::Execute(const QString &sql) const { run(handle(h_), sql); }
+
+void Database::Checkpoint() const
+{
+    QSqlQuery q(handle(h_).sql());
+    q.exec(QStringLiteral("pragma wal_checkpoint(passive)"));
+}
 
 void Database::AppendTable(const TableDef &table) const
 {

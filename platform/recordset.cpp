@@ -156,42 +156,45 @@ void setCurrent(RecordsetState &s, qsizetype i)
     s.bof = s.eof = false;
 }
 
+// The insert or update of the columns given a value since AddNew or Edit.
+QString writeStatement(const RecordsetState &s)
+{
+    QStringList names;
+    for (size_t i = 0; i < s.columns.size(); ++i)
+        if (s.changed[i])
+            names << quoted(s.columns[i].name);
+    if (s.mode == EditMode::AddNew) {
+        if (names.isEmpty())
+            return QStringLiteral("insert into %1 default values").arg(quoted(s.table));
+        QStringList marks;
+        for (qsizetype i = 0; i < names.size(); ++i)
+            marks << QStringLiteral("?");
+        return QStringLiteral("insert into %1 (%2) values (%3)")
+            .arg(quoted(s.table), names.join(QStringLiteral(", ")), marks.join(QStringLiteral(", ")));
+    }
+    QStringList sets;
+    for (const QString &n : names)
+        sets << n + QStringLiteral(" = ?");
+    return QStringLiteral("update %1 set %2 where _rowid_ = ?").arg(quoted(s.table), sets.join(QStringLiteral(", ")));
+}
+
 void writeRow(RecordsetState &s)
 {
     if (s.table.isEmpty())
         throw VbError(kReadOnly);
-    QStringList names;
-    std::vector<QVariant> values;
-    for (size_t i = 0; i < s.columns.size(); ++i) {
-        if (s.changed[i]) {
-            names << quoted(s.columns[i].name);
-            values.push_back(s.buffer[i]);
-        }
-    }
+    if (s.mode == EditMode::Edit && std::find(s.changed.begin(), s.changed.end(), true) == s.changed.end())
+        return;
     beforeWrite(*s.db);
-    QString sql;
-    if (s.mode == EditMode::AddNew) {
-        if (names.isEmpty()) {
-            sql = QStringLiteral("insert into %1 default values").arg(quoted(s.table));
-        } else {
-            QStringList marks;
-            for (qsizetype i = 0; i < names.size(); ++i)
-                marks << QStringLiteral("?");
-            sql = QStringLiteral("insert into %1 (%2) values (%3)")
-                      .arg(quoted(s.table), names.join(QStringLiteral(", ")), marks.join(QStringLiteral(", ")));
-        }
-    } else {
-        if (names.isEmpty())
-            return;
-        QStringList sets;
-        for (const QString &n : names)
-            sets << n + QStringLiteral(" = ?");
-        sql = QStringLiteral("update %1 set %2 where _rowid_ = ?").arg(quoted(s.table), sets.join(QStringLiteral(", ")));
+    if (s.mode != s.lastWriteMode || s.changed != s.lastWriteChanged) {
+        s.lastWriteSql = writeStatement(s);
+        s.lastWriteMode = s.mode;
+        s.lastWriteChanged = s.changed;
     }
-    QSqlQuery &q = s.db->statement(sql);
+    QSqlQuery &q = s.db->statement(s.lastWriteSql);
     int place = 0;
-    for (const QVariant &v : values)
-        q.bindValue(place++, v);
+    for (size_t i = 0; i < s.columns.size(); ++i)
+        if (s.changed[i])
+            q.bindValue(place++, s.buffer[i]);
     if (s.mode == EditMode::Edit)
         q.bindValue(place, s.rows[size_t(s.pos)].rowid);
     const bool done = q.exec();

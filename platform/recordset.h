@@ -58,6 +58,9 @@ public:
     void Execute(const QString &sql) const;
     // TableDefs.Append of a table built from its field definitions.
     void AppendTable(const TableDef &table) const;
+    // Copies what the write-ahead log holds into the file, as far as no reader needs it, so that
+    // the log starts again from its beginning; not a write, and failures pass silently.
+    void Checkpoint() const;
     // Closes the file; recordsets opened on it are closed with it, pending edits dropped.
     void Close();
 

@@ -69,6 +69,10 @@ struct RecordsetState {
     EditMode mode = EditMode::None;
     std::vector<QVariant> buffer;
     std::vector<bool> changed;
+    // The statement of the last write and what it wrote: a run writes the same columns row after row.
+    EditMode lastWriteMode = EditMode::None;
+    std::vector<bool> lastWriteChanged;
+    QString lastWriteSql;
 
     int column(const QString &name) const { return index.value(name.toLower(), -1); }
 };

@@ -52,6 +52,13 @@ void releaserunfile()
     h.path.clear();
 }
 
+void checkpointrunfile()
+{
+    Hold &h = hold();
+    if (h.file.isSet())
+        h.file.Checkpoint();
+}
+
 bool runfileheld() { return hold().file.isSet(); }
 
 }  // namespace kw

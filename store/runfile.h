@@ -15,6 +15,9 @@ namespace kw {
 void holdrunfile();
 // Closes the hold, and with it the log when no other handle of the program has the file open.
 void releaserunfile();
+// Copies the rows on the held file's log into the file: called while the run waits anyway, so
+// that the rows' commits never wait for the disk's syncs.
+void checkpointrunfile();
 // Whether a file is held.
 bool runfileheld();
 
