@@ -1,5 +1,7 @@
 #include "sim/emissions.h"
 
+#include "sim/signal.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -53,6 +55,12 @@ std::vector<Emission> makeBench()
     list.push_back({148.5, 45.0, EmissionKind::Pulsed, 0.010, 0.002, 0.0013});
     list.push_back({520.0, 52.0, EmissionKind::Pulsed, 0.100, 0.005, 0.0371});
     list.push_back({815.2, 48.0, EmissionKind::Pulsed, 0.001, 0.0002, 0.0});
+    // A data link's carrier, 3 dB under the line, with a short burst 12 dB over it four times a
+    // second. A burst is one zero-span sample long, so each lands in exactly one sample: the
+    // peak is the burst's, the quasi-peak settles 2-4.5 dB under it, the average near the carrier.
+    Emission link{41.0, 49.0, EmissionKind::Pulsed, 0.25, kZeroSpanStep, 0.0917};
+    link.restField = 37.0;
+    list.push_back(link);
     // Broadcast FM in the room.
     const std::array<std::pair<double, double>, 6> fm = {
         {{88.9, 58.0}, {93.6, 66.0}, {97.4, 61.0}, {101.1, 70.0}, {104.5, 55.0}, {107.7, 63.0}}};
@@ -101,6 +109,11 @@ bool pulseOn(const Emission &e, double t, double dwell)
     if (into < 0)
         into += e.period;
     return into < e.width || into + dwell >= e.period;
+}
+
+double fieldAt(const Emission &e, double t, double dwell)
+{
+    return pulseOn(e, t, dwell) ? e.field : e.restField;
 }
 
 double broadbandMw(double mhz, int rbwKHz, const SimScene &scene)

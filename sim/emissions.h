@@ -39,6 +39,9 @@ struct Emission {
     double period = 0;  // s, pulsed only
     double width = 0;   // s, pulsed only
     double phase = 0;   // s, pulsed only
+    double restField = kOff;  // dBuV/m between the pulses; kOff: the carrier is off then
+
+    static constexpr double kOff = -1000.0;
 };
 
 // All emitters of the bench, ordered by frequency.
@@ -58,6 +61,8 @@ double preampNoiseMw(double mhz, int rbwKHz);
 
 // Whether a pulsed emitter is on at time t (seconds), or at any moment of [t, t + dwell].
 bool pulseOn(const Emission &e, double t, double dwell = 0);
+// The field of an emitter at time t over a dwell, dBuV/m at 3 m; Emission::kOff when it is off.
+double fieldAt(const Emission &e, double t, double dwell = 0);
 
 // The device's broadband hump as noise-like power at the input, mW, at f MHz in the given RBW.
 double broadbandMw(double mhz, int rbwKHz, const SimScene &scene);

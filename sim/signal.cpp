@@ -35,10 +35,11 @@ double carriersMw(const SimScene &scene, double f, double halfbin, int rbw, doub
         const bool ambient = it->kind == EmissionKind::Ambient;
         if (ambient ? !scene.ambientOn : !scene.dutOn)
             continue;
-        if (!pulseOn(*it, t, dwell))
+        const double emitted = fieldAt(*it, t, dwell);
+        if (emitted <= Emission::kOff)
             continue;
         const double df = std::max(0.0, std::abs(it->freq - f) - halfbin);
-        const double field = it->field + (ambient ? 0.0 : polarisationDb(it->freq, scene));
+        const double field = emitted + (ambient ? 0.0 : polarisationDb(it->freq, scene));
         mw += dbToMw(fieldToInputDbm(field, it->freq, scene) + rbwResponseDb(df, rbw));
     }
     if (burstOn(scene, t)) {

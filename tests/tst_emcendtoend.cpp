@@ -9,6 +9,7 @@
 #include "support/simfixture.h"
 
 #include <QFile>
+#include <algorithm>
 #include <QtTest>
 
 using namespace kw;
@@ -101,6 +102,23 @@ private slots:
         const QStringList log = bench.sim.log();
         QVERIFY(log.contains(QStringLiteral("#bw400")) && log.contains(QStringLiteral("#es1")));
         QCOMPARE(st.portopen, int16_t(0));  // finished: preset and disconnected
+    }
+
+    // 39-44 MHz, one slice: a carrier 3 dB under the line with a short burst on top four times a
+    // second. The carrier marks its row; measured again, the three detectors part: the peak is the
+    // burst's, the quasi-peak a few dB under it, the average near the carrier.
+    void detectorsPartOnABurst()
+    {
+        Bench bench;
+        bench.defineTest(0, 39.0f, 44.0f, -6.0f);
+        emcStart();
+        const auto rows = bench.rows();
+        const auto carrier = std::find_if(rows.begin(), rows.end(), [](const Result &r) { return std::abs(r.f - 41.0) < 0.01; });
+        QVERIFY(carrier != rows.end());
+        QCOMPARE(carrier->sample, 1.0);
+        const QString levels = QStringLiteral("%1 %2 %3").arg(carrier->maxhold).arg(carrier->qpeak).arg(carrier->average);
+        QVERIFY2(carrier->maxhold - carrier->qpeak > 1.0 && carrier->maxhold - carrier->qpeak < 6.0, qPrintable(levels));
+        QVERIFY2(carrier->qpeak - carrier->average > 6.0, qPrintable(levels));
     }
 
     void stepping_data()
