@@ -190,12 +190,15 @@ private slots:
         QCOMPARE(file.read(kSettingFileSize + 4), sampleRecord("/new.mdb") + "tail");
     }
 
-    void failedWriteShowsTheEmptyBox()
+    // A directory in the file's place: the defaults at the start, the empty box at the exit.
+    void directoryInPlaceOfTheFile()
     {
         test::TempProgramDir dir(false);
         QVERIFY(QDir(dir.path()).mkdir("setting.def"));
+        readSettingFile();
         writeSettingFile();
-        QCOMPARE(boxesOf(boxes_), QStringList{"|"});
+        QCOMPARE(boxesOf(boxes_), (QStringList{"Load default settings|Generate new default settings", "|"}));
+        QCOMPARE(std::pair(st.comport, st.baudrate), std::pair(int16_t(2), int32_t(19200)));
     }
 
     void twips_data()
