@@ -201,18 +201,12 @@ private slots:
         QCOMPARE(std::pair(st.comport, st.baudrate), std::pair(int16_t(2), int32_t(19200)));
     }
 
-    void twips_data()
-    {
-        QTest::addColumn<TwipsCase>("c");
-        QTest::newRow("inch at 96") << TwipsCase{1440, 96.0, 96, 1440};
-        QTest::newRow("rounds at 120") << TwipsCase{7300, 120.0, 608, 7296};
-        QTest::newRow("negative at 144") << TwipsCase{-4500, 144.0, -450, -4500};
-    }
+    // An inch at 96 dpi, a rounding at 120, a negative place at 144: there and back.
     void twips()
     {
-        QFETCH(TwipsCase, c);
-        const auto &[twips, dpi, pixels, back] = c;
-        QCOMPARE(std::pair(twipsToPixels(twips, dpi), pixelsToTwips(pixels, dpi)), std::pair(pixels, back));
+        for (const auto &[twips, dpi, pixels, back] : {TwipsCase{1440, 96.0, 96, 1440}, TwipsCase{7300, 120.0, 608, 7296},
+                                                        TwipsCase{-4500, 144.0, -450, -4500}})
+            QCOMPARE(std::pair(twipsToPixels(twips, dpi), pixelsToTwips(pixels, dpi)), std::pair(pixels, back));
     }
 };
 
