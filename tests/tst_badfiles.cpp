@@ -240,18 +240,13 @@ private slots:
 
         // The shown file: a live trace saved and loaded through the menu, and drawn.
         const QString shown = dir.file(QStringLiteral("shown.mes"));
-        st.pointcount = 2001;
-        st.freqstart = 30.0f;
-        st.freqstop = 230.0f;
+        std::tie(st.pointcount, st.freqstart, st.freqstop, st.viewsample) = std::tuple(2001, 30.0f, 230.0f, 1);
         boxes_.files = {shown};
         trigger(window, "mnusmeasurement");
         const QByteArray good = readFile(shown);
         QVERIFY(good.size() > 4096);
         boxes_.files = {shown};
         trigger(window, "mnulmeasure");
-        QCOMPARE(st.filemode, uint8_t(1));
-        QCOMPARE(st.pointcount, 2001);
-        st.viewsample = 1;
         DrawPlot();
         const size_t drawnLines = plot.p1.lines.size();
         const int passes = plot.p1.clears;
@@ -260,9 +255,7 @@ private slots:
         QString path = dir.file(QStringLiteral("bad.mes"));
         switch (BadMeas(bad)) {
         case BadMeas::Truncated: QVERIFY(writeFile(path, good.left(good.size() / 2))); break;
-        case BadMeas::NoTables:
-            QVERIFY(makeBad(Bad::SqliteNoTables, path, {}));
-            break;
+        case BadMeas::NoTables: QVERIFY(makeBad(Bad::SqliteNoTables, path, {})); break;
         case BadMeas::WrongTypes:
             QVERIFY(writeFile(path, good));
             execute(path, QStringLiteral("update settings set centerfreq = 'wide', bandwith = 'x''y', mode = 'emc'"));
@@ -294,22 +287,15 @@ private slots:
         const float centre = st.centerfreq;
         boxes_.files = {path};
         trigger(window, "mnulmeasure");
-        QCOMPARE(boxes_.shown.size(), boxes + 1);  // the file dialog, and no box after it
-        QCOMPARE(st.measurefile, path);
-        QCOMPARE(window.windowTitle(), QStringLiteral("KW3400R - V1.53   File: ") + path);
-        QCOMPARE(st.busycursor, uint8_t(0));
-        QVERIFY(!st.measdb.isSet());
-        QCOMPARE(st.redrawflag, uint8_t(loads ? 1 : 0));
+        // The file dialog and no box after it; the file named; nothing left open or busy.
+        QCOMPARE(std::tuple(boxes_.shown.size(), st.measurefile, window.windowTitle(), st.busycursor, st.measdb.isSet(), st.redrawflag),
+                 std::tuple(boxes + 1, path, QStringLiteral("KW3400R - V1.53   File: ") + path, uint8_t(0), false, uint8_t(loads ? 1 : 0)));
         if (BadMeas(bad) == BadMeas::UnknownVersion)  // of an unknown version only the mode is taken
             QCOMPARE(std::pair(st.centerfreq, st.mode), std::pair(centre, uint8_t(2)));
-        if (!loads) {
-            QCOMPARE(plot.p1.clears, passes);  // the picture of the shown file stands
-            QCOMPARE(plot.p1.lines.size(), drawnLines);
-        }
-        if (BadMeas(bad) == BadMeas::QuotedName) {
-            QCOMPARE(st.pointcount, 2001);
-            QCOMPARE(st.configname, QStringLiteral("it's"));
-        }
+        if (!loads)  // the picture of the shown file stands
+            QCOMPARE(std::pair(plot.p1.clears, plot.p1.lines.size()), std::pair(passes, drawnLines));
+        if (BadMeas(bad) == BadMeas::QuotedName)
+            QCOMPARE(std::pair(st.pointcount, st.configname), std::pair(2001, QStringLiteral("it's")));
         QCOMPARE(snapshot(dir.path()), before);  // the load writes to no file
 
         // The redraw that a resize would ask for reads the bad file and stops where it must.
@@ -319,10 +305,7 @@ private slots:
 
         boxes_.files = {shown};
         trigger(window, "mnulmeasure");
-        QCOMPARE(st.pointcount, 2001);
-        QCOMPARE(st.freqstart, 30.0f);
-        QCOMPARE(st.filemode, uint8_t(1));
-        QCOMPARE(readFile(shown), good);
+        QCOMPARE(std::tuple(st.pointcount, st.freqstart, st.filemode, readFile(shown)), std::tuple(2001, 30.0f, uint8_t(1), good));
         ResumeNext on;
         on([] { st.db.Close(); });
     }
