@@ -95,9 +95,8 @@ private slots:
         st.automessfile = dir.filePath(QStringLiteral("gone/run"));
         autostoreOnce();
         autostoreOnce();
-        QCOMPARE(kwtest::boxesOf(boxes_), QStringList({"Auto Save|Bad Filename", "Auto Save|Bad Filename"}));
-        QCOMPARE(st.autostorecount, 2);
-        QCOMPARE(screenPointer(), kPointerNormal);
+        QCOMPARE(std::tuple(kwtest::boxesOf(boxes_), st.autostorecount, screenPointer()),
+                 std::tuple(QStringList({"Auto Save|Bad Filename", "Auto Save|Bad Filename"}), 2, kPointerNormal));
     }
 
     // At the top the number stops rising and the last file is written over for ever. Each

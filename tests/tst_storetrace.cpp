@@ -74,8 +74,8 @@ private slots:
         storetrace();
         // -50 + (1 - 10.4576) * 2.5 = -73.64
         QCOMPARE(std::tuple(int(st.sampledata[1]), int(st.sampledata[2001])), std::tuple(-74, -74));
-        QCOMPARE(cable.asked.first(), QStringLiteral("frequency = .4997501"));  // Str drops the leading zero
-        QCOMPARE(cable.asked.size(), 3);  // one segment serves the whole trace
+        // Str drops the leading zero; one segment serves the whole trace.
+        QCOMPARE(std::pair(cable.asked.first(), cable.asked.size()), std::pair(QStringLiteral("frequency = .4997501"), qsizetype(3)));
 
         // A-B: no chain, the distance all the same.
         st.vmtrace = 2;
