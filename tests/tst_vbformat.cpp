@@ -57,7 +57,6 @@ private slots:
         row("letters copied", false, 1.0, "##abcdefghijklmnopqrstuvwxyz", "1abcdefghijklmnopqrstuvwxyz");
         row("escaped and quoted", false, 5.0, "0\\#\" dB;x\"", "5# dB;x");
         // sections
-        row("negative section", false, -1.0, "#;-#", "-1");
         row("negative section, no sign added", false, -1.0, "\"pos\";\"neg\"", "neg");
         row("zero section", false, 0.0, "0.0;-0.0;\"none\"", "none");
         row("empty negative section", false, -5.0, "0;;z", "-5");
@@ -65,7 +64,6 @@ private slots:
         row("grouping", false, 1234567.0, "#,##0", "1,234,567");
         row("percent", false, 0.125, "0.0%", "12.5%");
         row("thousands scale", false, 1234567.0, "0,.0", "1234.6");
-        row("scientific", false, 1234.5, "0.00E+00", "1.23E+03");
         row("scientific carry", false, 9.996, "0.00E+00", "1.00E+01");
         row("named standard", false, 1234.5, "Standard", "1,234.50");
         row("empty format", false, 0.5, "", "0.5");
@@ -104,7 +102,6 @@ private slots:
         auto row = [](double v, const char *s, const char *us, const char *de) {
             QTest::newRow(us) << StrAndCStrCase{v, QString::fromLatin1(s), QString::fromLatin1(us), QString::fromLatin1(de)};
         };
-        row(5, " 5", "5", "5");
         row(0.5, " .5", "0.5", "0,5");
         row(double(0.1f), " .100000001490116", "0.100000001490116", "0,100000001490116");
         row(1e15, " 1E+15", "1E+15", "1E+15");
