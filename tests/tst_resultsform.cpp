@@ -86,17 +86,13 @@ private slots:
                  (QStringList{"230.000", "FAIL", "no limit"}));
         QVERIFY(grid->item(0, 10)->text().endsWith(QStringLiteral(" !")));  // the ambient 4 dB under the peak
         const QString header = form->findChild<QLabel *>(QStringLiteral("Label1"))->text();
-        QVERIFY2(header.contains(QStringLiteral("CISPR 32 B radiated 3 m")) && header.contains(QStringLiteral("3 m")) &&
-                     header.contains(QStringLiteral("dBµV/m")),
-                 qPrintable(header));
+        QVERIFY2(header.contains(QStringLiteral("CISPR 32 B radiated 3 m")) && header.contains(QStringLiteral("dBµV/m")), qPrintable(header));
         QVERIFY(form->findChild<QLabel *>(QStringLiteral("Label2"))->text().startsWith(QStringLiteral("Verdict: FAIL")));
 
         // The third line (50 MHz) is judged by its quasi-peak, 33 dBµV/m.
         const QRect cell = grid->visualItemRect(grid->item(2, 0));
         QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, cell.center());
-        QCOMPARE(st.cursor1x, int32_t(std::lround(FreqToX(50.0f))));
-        QCOMPARE(st.cursor1y, int32_t(std::lround((33.0 - 107.0) * 2.5)));
-        QVERIFY(std::abs(st.cursor1freq - 50.0f) < 1.0f);
+        QCOMPARE(std::pair(st.cursor1x, st.cursor1y), std::pair(int32_t(std::lround(FreqToX(50.0f))), int32_t(-185)));
 
         // Nothing shown from a file: the form says so rather than showing the last table.
         st.filemode = 0;
@@ -108,11 +104,8 @@ private slots:
     void emcHasAResultsButton()
     {
         Mdi window;
-        window.show();
         window.menuEntry(QStringLiteral("mnuemc"))->trigger();
-        QWidget *emc = loadedForm(QStringLiteral("emc"));
-        QVERIFY(emc);
-        QTest::mouseClick(emc->findChild<QPushButton *>(QStringLiteral("cmdResults")), Qt::LeftButton);
+        QTest::mouseClick(loadedForm(QStringLiteral("emc"))->findChild<QPushButton *>(QStringLiteral("cmdResults")), Qt::LeftButton);
         QVERIFY(formLoaded(QStringLiteral("results")));
     }
 
@@ -152,20 +145,19 @@ private slots:
         printReportToPdf(without);
         resultsPageOption() = true;
         printReportToPdf(with);
-        QCOMPARE(pageCount(with), pageCount(without) + 1);
-        QVERIFY(pageCount(without) >= 1);
-        const QString last = QString::number(pageCount(with));
-        const QString text = run(QStringLiteral("pdftotext"), {QStringLiteral("-f"), last, with, QStringLiteral("-")}).simplified();
+        const int pages = pageCount(without);
+        QCOMPARE(pageCount(with), pages + 1);
+        const QString text = run(QStringLiteral("pdftotext"), {QStringLiteral("-f"), QString::number(pages + 1), with, QStringLiteral("-")}).simplified();
         QVERIFY2(text.contains(QStringLiteral("Results: CISPR 32 B radiated 3 m")) && text.contains(QStringLiteral("Verdict: FAIL")) &&
-                     text.contains(QStringLiteral("230.000")) && text.contains(QStringLiteral("+1.0 Pk")),
+                     text.contains(QStringLiteral("+1.0 Pk")) &&
+                     text.indexOf(QStringLiteral("230.000")) >= 0 && text.indexOf(QStringLiteral("230.000")) < text.indexOf(QStringLiteral("1500.000")),
                  qPrintable(text));
-        QVERIFY(text.indexOf(QStringLiteral("230.000")) < text.indexOf(QStringLiteral("1500.000")));
 
         // A ".mes" file or live traces: no sheet, whatever the option says.
         st.filemode = 0;
         const QString live = program_->file(QStringLiteral("live.pdf"));
         printReportToPdf(live);
-        QCOMPARE(pageCount(live), pageCount(without));
+        QCOMPARE(pageCount(live), pages);
 
         st.filemode = 1;
         resultsPageOption() = false;
