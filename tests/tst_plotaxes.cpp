@@ -28,7 +28,6 @@ private slots:
         QTest::newRow("start at or below 0.002") << DecadesCase{0.002f, 30.0f, 0.001f, 40.0f, 0.001f};
         QTest::newRow("between 9 and 10 of a decade jumps above the start") << DecadesCase{0.0095f, 1000.0f, 0.01f, 2000.0f, 0.01f};
         QTest::newRow("exactly a digit stands on that digit") << DecadesCase{3.0f, 1000.0f, 3.0f, 2000.0f, 1.0f};
-        QTest::newRow("inside a decade rounds down to its digit") << DecadesCase{0.15f, 80.0f, 0.1f, 90.0f, 0.1f};
         QTest::newRow("stop on a digit goes to the next") << DecadesCase{30.0f, 300.0f, 30.0f, 400.0f, 10.0f};
     }
     void decades()
@@ -40,21 +39,11 @@ private slots:
         QCOMPARE(std::tuple(st.decadelow, st.decadehigh, st.decadestep), std::tuple(low, high, step));
     }
 
-    void decadesOfABrokenRangeEnd()
-    {
-        st.freqstart = std::numeric_limits<float>::quiet_NaN();
-        st.freqstop = std::numeric_limits<float>::infinity();
-        ComputeDecades();  // gives up instead of searching for ever
-        QCOMPARE(st.decadehigh, 0.0f);
-    }
-
     void frequencyToX_data()
     {
         QTest::addColumn<FrequencyToXCase>("c");
-        QTest::newRow("linear quarter") << FrequencyToXCase{false, 750.0f, 250000.0};
         QTest::newRow("linear truncates") << FrequencyToXCase{false, 1.0f, 333.0};
         QTest::newRow("linear below start") << FrequencyToXCase{false, -1.0f, -333.0};
-        QTest::newRow("log left edge") << FrequencyToXCase{true, 0.1f, 0.0};
         QTest::newRow("log 0 Hz is the left edge") << FrequencyToXCase{true, 0.0f, 0.0};
         QTest::newRow("log right edge") << FrequencyToXCase{true, 1000.0f, 1000000.0};
     }
@@ -119,7 +108,6 @@ private slots:
         DrawFrequencyGrid();
         QVERIFY(plot.p1.lines.empty());
         QCOMPARE(plot.p3.textList(), QStringList({"Zerospan / Freq: 433.92M"}));
-        QCOMPARE(std::pair(plot.p3.texts[0].x, plot.p3.texts[0].y), std::pair(1000.0, 10.0));
         // A stepped result with a span below 1 takes the linear axis instead.
         std::tie(st.mode, st.logaxis) = std::pair(1, 0);
         QCOMPARE(frequencyAxis(), FreqAxis::Linear);
@@ -165,18 +153,13 @@ private slots:
         QVERIFY(plot.p2.textList().contains(firstLabel) && plot.p2.scaleTop() == double(top));
     }
 
-    void noScaleYetDrawsNoLevelLines()
+    // No scale yet, or values from a garbled reply or an unfinished file: the drawing goes on and never hangs.
+    void degenerateScales()
     {
         RecordingPlot plot;
         SetPlotScale();
         DrawLevelGrid();
         QCOMPARE(std::pair(plot.p1.scaleHeight(), plot.p1.linesOf(7).size()), std::pair(2000.0, size_t(0)));
-    }
-
-    // Values from a garbled reply or an unfinished file: the drawing goes on and never hangs.
-    void degenerateScales()
-    {
-        RecordingPlot plot;
         st.freqstart = st.freqstop = 100.0f;
         QCOMPARE(FreqToX(150.0f), 0.0);  // the failed division leaves 0
         std::tie(st.grafikmax, st.grafikmin) = std::pair(-50, -250);
@@ -192,6 +175,9 @@ private slots:
             DrawLevelGrid();
             QCOMPARE(int(plot.p1.linesOf(7).size()), lines);
         }
+        std::tie(st.freqstart, st.freqstop) = std::pair(std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity());
+        ComputeDecades();  // gives up instead of searching for ever
+        QCOMPARE(st.decadehigh, 0.0f);
     }
 
     void distanceCaption_data()

