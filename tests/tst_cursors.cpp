@@ -87,10 +87,7 @@ private slots:
     void frequencyOnTheOtherAxes()
     {
         // Logarithmic: 100 kHz to 1 GHz as the last pass left the decades.
-        st.logaxis = 1;
-        st.span = 1000;
-        st.decadelow = 0.1f;
-        st.decadehigh = 1000.0f;
+        std::tie(st.logaxis, st.span, st.decadelow, st.decadehigh) = std::tuple(1, 1000, 0.1f, 1000.0f);
         QCOMPARE(std::tuple(cursorFrequency(0), cursorFrequency(500000), cursorFrequency(1000000)),
                  std::tuple(0.1f, 10.0f, 1000.0f));
 
@@ -99,9 +96,7 @@ private slots:
         st.freqstart = st.freqstop = 433.92f;
         QCOMPARE(cursorFrequency(900000), 433.92f);
         // A result of an EMC run with a span below 1 is not zero span: the linear form holds.
-        st.logaxis = 0;
-        st.mode = 1;
-        std::tie(st.freqstart, st.freqstop) = std::pair(30.0f, 40.0f);
+        std::tie(st.logaxis, st.mode, st.freqstart, st.freqstop) = std::tuple(0, 1, 30.0f, 40.0f);
         QCOMPARE(cursorFrequency(500000), 35.0f);
     }
 
@@ -111,8 +106,7 @@ private slots:
         // Before any data the bottom (1000) lies above the top (-1000): no levels; a level clamps to the bottom.
         place(100000, 0, 200000, 0);
         DrawCursors();
-        QCOMPARE(shown(), QStringList({"100.00M", "---", "200.00M", "---", "100.00M", "---"}));
-        QCOMPARE(st.cursor1y, 1000);
+        QCOMPARE(std::pair(shown(), st.cursor1y), std::pair(QStringList({"100.00M", "---", "200.00M", "---", "100.00M", "---"}), 1000));
         st.grafikmin = st.grafikmax = -100;
         DrawCursors();
         QCOMPARE(cursorReadouts().leva, QStringLiteral("---"));
@@ -121,8 +115,8 @@ private slots:
         kwtest::plotFrame(0.0f, 1000.0f);
         place(1200000, 0, -5, -400);
         DrawCursors();
-        QCOMPARE(std::tuple(st.cursor1x, st.cursor1y, st.cursor2x, st.cursor2y), std::tuple(1000000, -50, 0, -250));
-        QCOMPARE(std::tuple(st.cursor1oldx, st.cursor2oldy), std::tuple(1000000, -250));
+        QCOMPARE(std::tuple(st.cursor1x, st.cursor1y, st.cursor2x, st.cursor2y, st.cursor1oldx, st.cursor2oldy),
+                 std::tuple(1000000, -50, 0, -250, 1000000, -250));
     }
 
     // A move redraws only the two crosshairs (old away, new drawn) and leaves the pens as it found them.
@@ -171,8 +165,7 @@ private slots:
 
         // During a pass, or with the cursors off, the mouse does nothing at all.
         for (uint8_t busy : {1, 0}) {
-            st.drawbusy = busy;
-            st.cursorsactive = busy;
+            st.drawbusy = st.cursorsactive = busy;
             QCOMPARE(cursorMouseMove(true, 108000, -90), kPointerUnchanged);
         }
         QCOMPARE(st.cursorgrab, uint8_t(0));
@@ -193,10 +186,7 @@ private slots:
         QCOMPARE(std::tuple(st.cursor1y, cursorReadouts().leva), std::tuple(-90, QStringLiteral("-36.0")));
 
         // Logarithmic: the peak's place on the decades of the last pass.
-        st.logaxis = 1;
-        st.decadelow = 0.1f;
-        st.decadehigh = 1000.0f;
-        st.peakfreq = 10.0f;
+        std::tie(st.logaxis, st.decadelow, st.decadehigh, st.peakfreq) = std::tuple(1, 0.1f, 1000.0f, 10.0f);
         cursorToPeak();
         QVERIFY(std::abs(st.cursor1x - 500000) <= 1);  // 0.1 is no exact float
 
@@ -218,17 +208,12 @@ private slots:
         for (int i = 0; i < 3; ++i)
             doubleCentre();
         QCOMPARE(st.centerfreq, 1050.0f);  // the analyser's top
-        st.span = 0;
-        st.freqstart = 88.5f;
+        std::tie(st.span, st.freqstart) = std::pair(0, 88.5f);
         centreOnCursor();
         QCOMPARE(st.centerfreq, 88.5f);
 
         // On a logarithmic axis the lower edge is subtracted: cursor 1 reads 10 MHz, the new centre is 1 kHz.
-        st.span = 1000;
-        st.logaxis = 1;
-        st.decadelow = 0.1f;
-        st.decadehigh = 1000.0f;
-        st.cursor1x = 500000;
+        std::tie(st.span, st.logaxis, st.decadelow, st.decadehigh, st.cursor1x) = std::tuple(1000, 1, 0.1f, 1000.0f, 500000);
         centreOnCursor();
         QVERIFY(std::abs(st.centerfreq - 0.001f) < 1e-7f);
     }
@@ -243,8 +228,7 @@ private slots:
         QVERIFY(bench.log().isEmpty() && st.portopen == 0);
         st.mode = 0;
         plotDoubleClick();
-        QVERIFY(bench.log().contains(QStringLiteral("#bm1")));
-        QCOMPARE(std::tuple(st.portopen, st.redrawflag), std::tuple(int16_t(1), uint8_t(1)));
+        QCOMPARE(std::tuple(bench.log().contains(QStringLiteral("#bm1")), st.portopen, st.redrawflag), std::tuple(true, int16_t(1), uint8_t(1)));
 
         // The new centre goes out, the running calculation starts again, and a trace comes back.
         bench.clearLog();

@@ -83,9 +83,7 @@ private slots:
 
         // An EMC file made by a run of a stepped test.
         const QString emc = file(QStringLiteral("run.emc"));
-        st.measurefile = emc;
-        st.testname = QStringLiteral("radiated");
-        st.runmode = 1;
+        std::tie(st.measurefile, st.testname, st.runmode) = std::tuple(emc, QStringLiteral("radiated"), 1);
         CreateMeasurementFile();
         WriteEmcHeader();
         Database run = OpenDatabase(emc);

@@ -46,8 +46,7 @@ bool inMode(Mdi &window, bool emc)
 
 void fillTraces()
 {
-    st.grafikmin = -250;
-    st.grafikmax = -50;
+    std::tie(st.grafikmin, st.grafikmax) = std::pair(-250, -50);
     for (int i = 1; i <= 2001; ++i)
         st.sampledata[size_t(i)] = -100;
 }

@@ -92,10 +92,8 @@ private slots:
     void okWritesIntoTheShownFile()
     {
         QTemporaryDir dir;
-        st.measurefile = makeFile(dir);
-        st.filemode = 1;
-        st.headline = QStringLiteral("   ");
-        st.testname = QStringLiteral("EN 55032 class B");
+        std::tie(st.measurefile, st.filemode, st.headline, st.testname) =
+            std::tuple(makeFile(dir), 1, QStringLiteral("   "), QStringLiteral("EN 55032 class B"));
         QVERIFY(notesOk(QString()));
         QCOMPARE((QStringList{st.note, column(st.measurefile, QStringLiteral("note")), st.headline, column(st.measurefile, QStringLiteral("headline"))}),
                  (QStringList{" ", " ", "EN 55032 class B", "EN 55032 class B"}));

@@ -92,7 +92,7 @@ void liveRead()
 }
 
 // A finished run: stems at 100..900 MHz over a sweep, both ambients, and the file's limits.
-QString emcFile(const QString &dir)
+void emcFile(const QString &dir)
 {
     const QString path = dir + QStringLiteral("/run.emc");
     Database file = kwtest::measurementFile(path);
@@ -104,22 +104,15 @@ QString emcFile(const QString &dir)
                     .arg(stem ? QStringLiteral("10, -45, -35, -40") : QStringLiteral("-1000, -1000, -1000, -1000"));
     }
     file.Execute(QStringLiteral("insert into Measurement (Frequency, Sample_dBmW, Average_dBmW, Maxhold_dBmW, "
-                                "QPeak_dBmW, memory_dBmW, Ambient_H_dBmW, Ambient_V_dBmW) values ") +
-                 rows);
+                                "QPeak_dBmW, memory_dBmW, Ambient_H_dBmW, Ambient_V_dBmW) values ") + rows);
     file.Execute(QStringLiteral("insert into Limitlines (avefreq, Average_dBmW, maxfreq, Maxhold_dBmW) values "
                                 "(30, -50, 30, -40), (230, -50, 230, -40), (230, -43, 230, -33), (1000, -43, 1000, -33)"));
     file.Close();
     kwtest::plotFrame(30.0f, 1000.0f);
-    st.filemode = 1;
-    st.mode = 2;
-    st.measurefile = path;
-    st.testname = QStringLiteral("EN 55011 radiated   ");
-    st.viewmaxhold = st.viewqpeak = st.viewaverage = st.viewb = 1;
-    st.viewhorizontal = st.viewvertical = st.viewambient = 1;
+    std::tie(st.filemode, st.mode, st.measurefile, st.testname) = std::tuple(1, 2, path, QStringLiteral("EN 55011 radiated   "));
+    st.viewmaxhold = st.viewqpeak = st.viewaverage = st.viewb = st.viewhorizontal = st.viewvertical = st.viewambient = 1;
     st.viewlimitmax = st.viewlimitave = 1;
-    st.maxholdname = QStringLiteral("QP line");
-    st.averagename = QStringLiteral("AV line");
-    return path;
+    std::tie(st.maxholdname, st.averagename) = std::pair(QStringLiteral("QP line"), QStringLiteral("AV line"));
 }
 
 }  // namespace
