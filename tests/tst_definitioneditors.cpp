@@ -286,32 +286,24 @@ private slots:
         kwtest::RecordingSurface p1(400, 200), p2(40, 200), p3(400, 18);
         DefinitionPictures pictures{p1, p2, p3};
         DefinitionRange r;
-        LevelView limit;
-        DefinitionPoints one{{50.0f, -40.0f}};
-        QVERIFY(definitionRange(one, r));
-        drawDefinition(pictures, one, r, limit);
+        const auto draw = [&](const DefinitionPoints &points, const LevelView &view) {
+            const bool ranged = definitionRange(points, r);
+            drawDefinition(pictures, points, r, view);
+            return ranged;
+        };
+        QVERIFY(draw({{50.0f, -40.0f}}, LevelView{}));
         QCOMPARE(std::tuple(p1.linesOf(12).size(), r.lmin, r.lmax), std::tuple(size_t(0), -41.0f, -39.0f));
 
-        DefinitionPoints flat{{0.15f, -40.0f}, {999.99f, -40.0f}, {2000.0f, -40.0f}};
-        QVERIFY(definitionRange(flat, r));
-        drawDefinition(pictures, flat, r, limit);
+        QVERIFY(draw({{0.15f, -40.0f}, {999.99f, -40.0f}, {2000.0f, -40.0f}}, LevelView{}));
         QCOMPARE(std::tuple(r.fmin, p1.linesOf(12).size(), p3.textList().first()), std::tuple(0.0f, size_t(2), QStringLiteral("0.0K")));
         QCOMPARE(p2.textList(), QStringList({"-41.0", "-40.6", "-40.2", "-39.8", "-39.4", "-39.0"}));
 
-        limit.logarithmic = true;
-        limit.offset = 107;
-        DefinitionPoints sloped{{0.0f, -41.0f}, {0.5f, -51.0f}, {30.0f, -60.0f}};
-        QVERIFY(definitionRange(sloped, r));
-        drawDefinition(pictures, sloped, r, limit);
+        const LevelView logLimit{.offset = 107, .logarithmic = true};
+        QVERIFY(draw({{0.0f, -41.0f}, {0.5f, -51.0f}, {30.0f, -60.0f}}, logLimit));
         QVERIFY(p1.linesOf(12).size() > 90 && p2.textList().last() == QStringLiteral("66.0"));  // bent: fifty pieces a segment
 
         // A gain's scale is turned over: the bigger gain, the lower stored number, stands higher.
-        LevelView gain;
-        gain.component = true;
-        gain.sign = -1;
-        DefinitionPoints amplifier{{10.0f, -20.0f}, {1000.0f, -30.0f}};
-        QVERIFY(definitionRange(amplifier, r));
-        drawDefinition(pictures, amplifier, r, gain);
+        QVERIFY(draw({{10.0f, -20.0f}, {1000.0f, -30.0f}}, LevelView{.component = true, .sign = -1}));
         QVERIFY(p1.scaleHeight() > 0 && p2.textList().first() == QStringLiteral("30.0"));
     }
 };
