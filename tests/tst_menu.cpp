@@ -131,15 +131,13 @@ private slots:
         window.menuEntry("mnuemc")->trigger();
         QVERIFY(inMode(window, true) && uncal->isHidden() && erased());
         // EMC mode keeps the view as it stands, and neither way touches the file extension.
-        QCOMPARE(st.viewaverage + st.viewmaxhold + st.viewb + st.viewsample, 3);
-        QCOMPARE(st.measext, QStringLiteral(".mes"));
+        QCOMPARE(std::pair(st.viewaverage + st.viewmaxhold + st.viewb + st.viewsample, st.measext), std::pair(3, QStringLiteral(".mes")));
 
         // Once more: the traces go again, the forms stay as they are.
         QWidget *emc = loadedForm("emc");
         fillTraces();
         window.menuEntry("mnuemc")->trigger();
-        QVERIFY(erased() && inMode(window, true));
-        QCOMPARE(loadedForm("emc"), emc);
+        QVERIFY(erased() && inMode(window, true) && loadedForm("emc") == emc);
 
         // Back: Sample alone, the panels, the Toolbox.
         fillTraces();

@@ -84,17 +84,16 @@ private slots:
 
         DrawPlot();
         QCOMPARE(st.grafikmax, int16_t(kTop));  // the limit lies inside: no widening
-        auto &surface = static_cast<ImageSurface &>(form.picture1());
-        const QImage image = surface.image();
+        const QImage image = static_cast<ImageSurface &>(form.picture1()).image();
         const Probe probe{image};
 
         const QColor green = paletteColour(2), lightRed = paletteColour(12), grey = paletteColour(7);
         // Sample points: index i stands at x = (i - 1) / 2001 of the width.
         for (int i : {2, 1000, 2000})
             QVERIFY2(probe.near((i - 1) * 1e6 / 2001, kTraceLevel, green), qPrintable(QString::number(i)));
-        // The limit from (100 MHz, -60 dB) to (900 MHz, -80 dB): -150 to -200 plot units.
-        QVERIFY(probe.near(150000.0, -153.125, lightRed) && probe.near(850000.0, -196.875, lightRed));
-        QVERIFY(!probe.near(50 * 1000.0, -150, lightRed));  // nothing left of the first point
+        // The limit from (100 MHz, -60 dB) to (900 MHz, -80 dB): -150 to -200 plot units, nothing left of its first point.
+        QVERIFY(probe.near(150000.0, -153.125, lightRed) && probe.near(850000.0, -196.875, lightRed) &&
+                !probe.near(50 * 1000.0, -150, lightRed));
         // Grid: vertical lines at every tenth of the span, level lines every 10 dB from -20 dB.
         QCOMPARE((QList<QColor>{image.pixelColor(probe.at(200000, -60)), image.pixelColor(probe.at(700000, -60)),
                                 image.pixelColor(probe.at(50000, -75)), image.pixelColor(probe.at(50000, -87))}),
