@@ -116,12 +116,9 @@ private slots:
         window.menuEntry(QStringLiteral("mnuexpmeasurement"))->trigger();
         window.menuEntry(QStringLiteral("mnuexpresults"))->trigger();
         QVERIFY(boxes_.fileRequests.size() == 2 && boxes_.fileRequests[1].dir.endsWith(QStringLiteral("run results.csv")));
-        const QByteArray measurement = kwtest::readFile(program_->file(QStringLiteral("table.csv")));
-        QVERIFY(measurement.startsWith("\xEF\xBB\xBF# KW3400R measurement: " + file_.toUtf8()));
-        const QString results = QString::fromUtf8(kwtest::readFile(program_->file(QStringLiteral("res.csv"))));
-        QVERIFY(results.contains(QStringLiteral("# Verdict: FAIL")));
-        const QStringList lines = results.split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
-        QCOMPARE(std::count_if(lines.begin(), lines.end(), [](const QString &l) { return !l.startsWith(QLatin1Char('#')); }), 5);
+        // What the files hold is the CSV writers' (tst_results); here they land where the operator said.
+        QVERIFY(kwtest::readFile(program_->file(QStringLiteral("table.csv"))).startsWith("\xEF\xBB\xBF# KW3400R measurement: " + file_.toUtf8()));
+        QVERIFY(kwtest::readFile(program_->file(QStringLiteral("res.csv"))).contains("# Verdict: FAIL"));
 
         // No file shown: a box, no dialog, no file. A cancelled dialog writes nothing.
         st.filemode = 0;
