@@ -254,7 +254,11 @@ private slots:
                  std::tuple(Buttons::YesNoCancel, delivered.size() + (delivered.front().first == 30.0f ? 1 : 2),
                             std::make_pair(30.0f, -107.0f), std::make_pair(2000.5f, 54.0f - 107.0f)));
 
-        // Yes replaces all.
+        // Cancel changes nothing; Yes replaces all.
+        boxes_.files.push_back(csv);
+        boxes_.answers.push_back(Answer::Cancel);
+        form->importFile();
+        QCOMPARE(pointsOf("limitdef", "limitnr", 21), merged);
         boxes_.files.push_back(csv);
         boxes_.answers.push_back(Answer::Yes);
         form->importFile();
