@@ -77,6 +77,13 @@ private slots:
             dialog.close();
             QVERIFY2(formOf(form)->findChild<DBCombo *>(QString::fromLatin1(combo))->findText(QStringLiteral("Made today")) >= 0, form);
         }
+
+        // A closed panel comes back from the Settings menu.
+        unloadForm(QStringLiteral("detec"));
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(!formLoaded(QStringLiteral("detec")));
+        program.window.menuEntry(QStringLiteral("Detectors"))->trigger();
+        QVERIFY(formLoaded(QStringLiteral("detec")));
     }
 
     // Text1 and Text2: the clamps, the texts they leave in both decimal marks, the wire texts.
