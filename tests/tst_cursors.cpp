@@ -131,6 +131,8 @@ private slots:
         place(400000, -120, 200000, -150);
         DrawCursors();
         QCOMPARE(std::tuple(plot.p1.clears, plot.p1.lines.size() - 8, st.cursorfresh), before);
+        const auto &c1 = plot.p1.lines[std::get<1>(before)], &c2 = plot.p1.lines[std::get<1>(before) + 4];
+        QCOMPARE(std::tuple(c1.colour, c1.style, c1.mode, c2.colour, c2.style), std::tuple(5, kStyleDash, kModeNotXorPen, 2, kStyleDot));
         QCOMPARE(std::tuple(plot.p1.drawMode, plot.p1.drawStyle, plot.cursorsShown), std::tuple(kModeCopyPen, kStyleSolid, 2));
     }
 

@@ -244,6 +244,7 @@ private slots:
         // Memories: save the state in 0, change it, recall it.
         option("detec", "odet", 0)->click();
         auto *cset = detec->findChild<QComboBox *>(QStringLiteral("cset"));
+        QCOMPARE(cset->count(), 10);
         const int beeps = beepCount();
         QTest::keyClick(cset, Qt::Key_5);
         QCOMPARE(std::pair(beepCount(), st.memorynumber), std::pair(beeps + 1, uint8_t(1)));
