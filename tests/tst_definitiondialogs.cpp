@@ -112,12 +112,14 @@ private slots:
         conf.open(st.databasefile);
         const QString made = add(conf, QStringLiteral("Bench 2"));
         QCOMPARE(std::pair(made, st.currentconfig), std::pair(QStringLiteral("Bench 2"), QStringLiteral("Bench 2")));
+        QCOMPARE(addNewDefinition(conf, QStringLiteral("bench 2"), target), AddResult::Exists);
+        QCOMPARE(boxes_.shown.back().text, QStringLiteral("Configuration exist ( bench 2 )"));
 
         // Without the counter row nothing is made, and nothing is said.
         openDb().Execute(QStringLiteral("delete from MeasureCount"));
         d.open(st.databasefile);
         QCOMPARE(addNewDefinition(d, QStringLiteral("Third"), target), AddResult::Nothing);
-        QCOMPARE(std::pair(numberOf("LimitHead", "limitname", "limitnr", "Third"), boxes_.shown.size()), std::pair(-1, size_t(1)));
+        QCOMPARE(std::pair(numberOf("LimitHead", "limitname", "limitnr", "Third"), boxes_.shown.size()), std::pair(-1, size_t(2)));
     }
 
     // A quote breaks the name's own criterion: the outcome depends on what the last search left.

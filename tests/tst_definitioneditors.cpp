@@ -119,6 +119,9 @@ private slots:
                  std::tuple(int(pointsOf("limitdef", "limitnr", 3).size()), int16_t(107), QStringLiteral("dBµV"), QStringLiteral("0.15"),
                             QStringLiteral("66.00"), 0.0f, 30.0f, QStringLiteral("CISPR 32 Class B conducted QP")));
         QVERIFY(child<QCheckBox>(*form, "Check2")->isChecked() && !child<QLineEdit>(*form, "Text3")->isEnabled());
+        // A radiated limit enables its distance.
+        form->chooseDefinition(QStringLiteral("FCC 15 Class B radiated 3 m"));
+        QCOMPARE(std::pair(child<QLineEdit>(*form, "Text3")->isEnabled(), child<QLineEdit>(*form, "Text3")->text()), std::pair(true, QStringLiteral("3")));
     }
 
     // Comma and point both become the decimal mark; Enter on an existing frequency overwrites its level.
@@ -210,6 +213,14 @@ private slots:
         storetrace();
         // Inside the table the chain adds 20 dB more: 50 level counts.
         QVERIFY(std::abs(int(st.sampledata[1000]) - int(before[1000]) - 50) <= 1);
+
+        // A component emptied in the editor adds nothing at once.
+        for (size_t i = 0; i < rows.size(); ++i)
+            form->gridKey(0, Qt::Key_Delete);
+        float f = 15.0f;
+        resetcorrectionsegments();
+        correctionat(f);
+        QCOMPARE(std::pair(pointsOf("losdef", "losnr", 5).size(), st.correction), std::pair(size_t(0), 0.0f));
     }
 
     // Position A decides the radiated path; antennas never show in B to E; a component may stand twice.
@@ -235,6 +246,11 @@ private slots:
         st.db = OpenDatabase(st.databasefile);
         setupconfiguration(QStringLiteral("Radiated 10 m biconical, cable"));
         QCOMPARE(st.configdist, 0.0f);
+        // An antenna named for a later position is refused.
+        form.choosePosition(3, QStringLiteral("Bilog antenna 30-1000 MHz, 3 m"));
+        rs = openDb().OpenRecordset(QStringLiteral("config"), dbOpenSnapshot);
+        rs.FindFirst(QStringLiteral("configname = 'Radiated 10 m biconical, cable'"));
+        QCOMPARE(rs.FieldNumber("deviced"), 0.0);
     }
 
     // Import merges or replaces (bad files are tst_badfiles'); a delivered limit survives export and import.

@@ -130,6 +130,7 @@ private slots:
         fillTraces();
         window.menuEntry("mnuemc")->trigger();
         QVERIFY(inMode(window, true) && uncal->isHidden() && erased());
+        QCOMPARE(loadedForm("emc")->windowTitle(), QStringLiteral("EMC"));
         // EMC mode keeps the view as it stands, and neither way touches the file extension.
         QCOMPARE(std::pair(st.viewaverage + st.viewmaxhold + st.viewb + st.viewsample, st.measext), std::pair(3, QStringLiteral(".mes")));
 

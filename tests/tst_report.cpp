@@ -337,6 +337,9 @@ private slots:
         QTest::keyClick(text1, Qt::Key_Backspace);
         QTest::keyClick(text1, Qt::Key_Return);
         QCOMPARE(st.headline, QStringLiteral("Lab 3"));
+        // The colour option is bound (the upright one is clicked through the menu case).
+        QTest::mouseClick(form.findChild<QCheckBox *>(QStringLiteral("Check7")), Qt::LeftButton);
+        QCOMPARE(st.printcolor, uint8_t(0));
     }
 
 private:
