@@ -22,11 +22,9 @@ private slots:
 
     void logarithmsHaveAFloor()
     {
-        QCOMPARE(log10floor(0.0), -10.0);
-        QCOMPARE(log10floor(1e-10), -10.0);  // the floor itself passes unchanged
-        QVERIFY(qAbs(log10floor(2e-10) - std::log10(2e-10)) < 1e-12);
-        QCOMPARE(db20(0.0), -200.0);
-        QVERIFY(qAbs(undb20(db20(0.25)) - 0.25) < 1e-12);
+        // The floor itself passes unchanged.
+        QCOMPARE((std::array{log10floor(0.0), log10floor(1e-10), db20(0.0)}), (std::array{-10.0, -10.0, -200.0}));
+        QVERIFY(qAbs(log10floor(2e-10) - std::log10(2e-10)) < 1e-12 && qAbs(undb20(db20(0.25)) - 0.25) < 1e-12);
     }
 
     void rawToCount_data()
@@ -65,9 +63,7 @@ private slots:
 
     void steppedDataAndPointFrequencies()
     {
-        QCOMPARE(noisegate(49, 50), 0);
-        QCOMPARE(noisegate(50, 50), 50);
-        QCOMPARE(int(countstowholedb(-113)), -45);
+        QCOMPARE((std::array{noisegate(49, 50), noisegate(50, 50), int(countstowholedb(-113))}), (std::array{0, 50, -45}));
         // Point 1 lies one step above the start, point 2001 on the stop.
         QVERIFY(qAbs(tracepointfreq(0.0f, 1000.0f, 2001, 1) - 1000.0f / 2001) < 1e-5f);
         QCOMPARE(tracepointfreq(0.0f, 1000.0f, 2001, 2001), 1000.0f);
@@ -95,7 +91,6 @@ private slots:
         QTest::newRow("inside by less than 10") << RangeTrackingCase{-100, 0, QList<int>{-95, -5}, -100, 0};
         QTest::newRow("only the top moves") << RangeTrackingCase{-300, -100, QList<int>{-250, -60}, -300, -50};
         QTest::newRow("flat trace opens to 100") << RangeTrackingCase{1000, -1000, QList<int>{-50, -50}, -60, 40};
-        QTest::newRow("a trace well inside changes nothing") << RangeTrackingCase{-400, 200, QList<int>{-50}, -400, 200};
     }
     void rangeTracking()
     {
@@ -121,9 +116,7 @@ private slots:
 
     void unitsOnTheScreen()
     {
-        st.unitoffset = 107.0f;
-        st.reflevel = -30.0f;
-        st.attenuator = 10.0f;
+        std::tie(st.unitoffset, st.reflevel, st.attenuator) = std::tuple(107.0f, -30.0f, 10.0f);
         QCOMPARE((std::array{shownlevelcount(-150), shownlevel(-60.0f), shownreflevel(), reflevelfromtyped(77.0f)}),
                  (std::array{47.0f, 47.0f, 87.0f, -40.0f}));
     }

@@ -33,8 +33,7 @@ private slots:
         QFETCH(double, f2);
         QFETCH(double, l2);
         const PointTable t = readPointTable(file);
-        QCOMPARE(t.errors, QStringList());
-        QCOMPARE(t.points.size(), size_t(2));
+        QCOMPARE(std::pair(t.errors, t.points.size()), std::pair(QStringList(), size_t(2)));
         QCOMPARE(t.points[1], std::pair(f2, l2));
     }
 
@@ -50,15 +49,13 @@ private slots:
                                                        "-1,4\n"
                                                        "1.000.5,3\n"
                                                        "nan,1\n"));
-        QCOMPARE(t.errors.size(), 7);
         QStringList lines;
         for (const QString &e : t.errors)
             lines << e.section(QLatin1Char(':'), 0, 0);
         QCOMPARE(lines, QStringList({"line 3", "line 4", "line 5", "line 6", "line 7", "line 8", "line 9"}));
         QCOMPARE(readPointTable(QByteArray("Frequency;Level\n\n")).errors, QStringList{QStringLiteral("no points")});
         // A step: the same frequency twice, both kept in order.
-        const PointTable step = readPointTable(QByteArray("5;-51\n5;-47\n"));
-        QCOMPARE(step.points, (Points{{5, -51}, {5, -47}}));
+        QCOMPARE(readPointTable(QByteArray("5;-51\n5;-47\n")).points, (Points{{5, -51}, {5, -47}}));
         // A header is only the first line.
         QCOMPARE(readPointTable(QByteArray("1,2\nFrequency,Level\n")).errors.size(), 1);
     }
@@ -74,8 +71,7 @@ private slots:
                 QStringLiteral("Level (dBµV)"), stored, [offset](float s) { return double(s) + offset; },
                 [offset](double shown) { return float(shown - offset); });
             const PointTable back = readPointTable(bytes);
-            QCOMPARE(back.errors, QStringList());
-            QCOMPARE(back.points.size(), stored.size());
+            QCOMPARE(std::pair(back.errors, back.points.size()), std::pair(QStringList(), stored.size()));
             for (size_t i = 0; i < stored.size(); ++i)
                 QCOMPARE(std::pair(float(back.points[i].first), float(back.points[i].second - offset)), stored[i]);
         }

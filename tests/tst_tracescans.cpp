@@ -64,17 +64,14 @@ private slots:
     void zeroSpanArraysRunAcrossWithoutTheAxis()
     {
         RecordingPlot plot;
-        st.span = 0;
-        st.freqstart = st.freqstop = 100.0f;
-        st.viewsample = st.viewb = 1;
+        std::tie(st.span, st.freqstart, st.freqstop, st.viewsample, st.viewb) = std::tuple(0, 100.0f, 100.0f, 1, 1);
         st.sampledata.fill(-200);
         st.memorydata.fill(-300);
         st.memorydata[2001] = -120;
         scanArrays();
-        QCOMPARE(int(plot.p1.linesOf(3).size()), 2000);
-        QCOMPARE(plot.p1.linesOf(2)[1].x1, 1000000.0 / 2001.0);
-        QVERIFY(!plot.buttons[1]);  // "CA = CF" has nothing to centre on
-        QCOMPARE(st.peakfreq, float(2000.0 * 1000000.0 / 2001.0));
+        // "CA = CF" has nothing to centre on.
+        QCOMPARE(std::tuple(plot.p1.linesOf(3).size(), plot.p1.linesOf(2)[1].x1, plot.buttons[1], st.peakfreq),
+                 std::tuple(size_t(2000), 1000000.0 / 2001.0, false, float(2000.0 * 1000000.0 / 2001.0)));
     }
 
     void captionNamesEveryShownTrace()
@@ -191,7 +188,7 @@ private slots:
                  std::tuple(std::optional<float>(), std::optional<float>(-10.0f), std::optional<float>(300.0f), std::optional<float>()));
         QCOMPARE(readMeasurementTable(path), table);  // unchanged: the same rows
         file.Execute(QStringLiteral("insert into Measurement (Frequency, Sample_dBmW) values (400, -40)"));
-        QCOMPARE(int(readMeasurementTable(path)->rows.size()), 5);
+        QCOMPARE(readMeasurementTable(path)->rows.size(), size_t(5));
         file.Close();
         QVERIFY(!readMeasurementTable(dir.filePath(QStringLiteral("missing.mes"))));
 
@@ -219,19 +216,17 @@ private slots:
         file.Close();
         RecordingPlot plot;
         st.filemode = st.mode = st.viewsample = st.viewlimitmax = st.viewlimitave = 1;
-        st.viewqpeak = 0;
-        st.measurefile = path;
+        std::tie(st.viewqpeak, st.measurefile) = std::pair(0, path);
         DrawPlot();
         // Two segments and the dot at the end.
-        QCOMPARE(std::pair(plot.p1.linesOf(2).size(), plot.p1.linesOf(2)[0].y1), std::pair(size_t(3), -200.0));
-        const auto maxLimit = plot.p1.linesOf(12);
-        QCOMPARE(std::pair(maxLimit.size(), maxLimit[0].y1), std::pair(size_t(2), -150.0));
-        // Sorted by avefreq the empty row comes first and starts the walk from 0 MHz at 0 dB.
-        const auto aveLimit = plot.p1.linesOf(9);
-        QCOMPARE(std::pair(aveLimit.size(), aveLimit[1].y1), std::pair(size_t(2), -165.0));
+        // The max hold limit in two segments; sorted by avefreq the average limit's empty row comes
+        // first and starts the walk from 0 MHz at 0 dB.
+        const auto sample = plot.p1.linesOf(2), maxLimit = plot.p1.linesOf(12), aveLimit = plot.p1.linesOf(9);
+        QCOMPARE(std::tuple(sample.size(), sample[0].y1, maxLimit.size(), maxLimit[0].y1, aveLimit.size(), aveLimit[1].y1),
+                 std::tuple(size_t(3), -200.0, size_t(2), -150.0, size_t(2), -165.0));
+        // Files track no peak.
         QVERIFY(!plot.buttons[0] && !plot.buttons[1] && !plot.buttons[2] && plot.memory == QStringLiteral("Sweep"));
-        QVERIFY(plot.caption().startsWith(QStringLiteral("Measure date: ")));
-        QCOMPARE(st.peaklevel, int16_t(-1000));  // files track no peak
+        QVERIFY(plot.caption().startsWith(QStringLiteral("Measure date: ")) && st.peaklevel == -1000);
     }
 };
 
