@@ -19,11 +19,7 @@ namespace {
 // The analyser in zero span at a frequency, as the stepped run leaves it.
 void zeroSpanAt(SimBench &bench, double mhz, int bandwith)
 {
-    bench.sim().withModel([=](kt::Analyser &a) {
-        a.settings().span = 0;
-        a.settings().centerfreq = mhz;
-        a.settings().bandwith = bandwith;
-    });
+    bench.sim().withModel([=](kt::Analyser &a) { std::tie(a.settings().span, a.settings().centerfreq, a.settings().bandwith) = std::tuple(0, mhz, bandwith); });
 }
 
 bool anyNonZero(const Trace &t)
@@ -67,12 +63,10 @@ private slots:
         st.baudrate = baud;
         QVERIFY(bench.connect());
         zeroSpanAt(bench, 123.45, 120);
-        st.centerfreq = 77.0f;
-        st.command = step;
+        std::tie(st.centerfreq, st.command) = std::pair(77.0f, step);
         sendecho();
         readstep();
-        QCOMPARE(bench.shown(), QStringList());
-        QCOMPARE(std::pair(st.filemode, st.centerfreq), std::pair(uint8_t(1), trailerTaken ? 123.45f : 77.0f));
+        QCOMPARE(std::tuple(bench.shown(), st.filemode, st.centerfreq), std::tuple(QStringList(), uint8_t(1), trailerTaken ? 123.45f : 77.0f));
         bench.sim().withModel([&](kt::Analyser &a) { QVERIFY(qAbs(a.settings().centerfreq - movedTo) < 1e-9); });
         // Raw bytes stay in rawblock; the trailer's text follows them.
         QCOMPARE(std::pair(st.rawblock[2002 + 17], st.rawblock[2002 + 18]), std::pair(int16_t('0'), int16_t('1')));
@@ -96,8 +90,7 @@ private slots:
         stepnew();
         bench.sim().inject(kt::buildSampleBlock(s, signal, 0) + "XX\r");
         readstep();
-        QCOMPARE(bench.shown(), QStringList{"Serial - Error|Wait for RD"});
-        QCOMPARE(st.centerfreq, before);  // not taken
+        QCOMPARE(std::tuple(bench.shown(), st.centerfreq), std::tuple(QStringList{"Serial - Error|Wait for RD"}, before));  // not taken
     }
 
     void blockCutShort_data()
@@ -140,8 +133,8 @@ private slots:
             a.options().faults.noise = QByteArray("\x01\xfe junk", 7);  // and stray bytes after every reply
         });
         readtraces();
-        QVERIFY(bench.shown().isEmpty() && anyNonZero(st.sampledata) && st.portopen == 1);
-        QCOMPARE(bench.log().count(QStringLiteral("#bm1")), 1);  // no second asking
+        // No second asking.
+        QVERIFY(bench.shown().isEmpty() && anyNonZero(st.sampledata) && st.portopen == 1 && bench.log().count(QStringLiteral("#bm1")) == 1);
     }
 
     void allFiveTracesWithCorrection()

@@ -85,13 +85,8 @@ struct Run {
     }
     void setTest(int mode, bool horizontal, bool vertical, bool ambient)
     {
-        Recordset rows = st.db.OpenRecordset(QStringLiteral("test"));
-        rows.FindFirst(QStringLiteral("Name = '") + kRadiated + QStringLiteral("'"));
-        rows.Edit();
-        for (const auto &[column, value] : {std::pair{"mode", QVariant(mode)}, {"horizontal", QVariant(horizontal)},
-                                            {"vertical", QVariant(vertical)}, {"ambient", QVariant(ambient)}})
-            rows.SetField(QLatin1String(column), value);
-        rows.Update();
+        st.db.Execute(QStringLiteral("update test set mode = %1, horizontal = %2, vertical = %3, ambient = %4 where Name = '%5'")
+                          .arg(mode).arg(int(horizontal)).arg(int(vertical)).arg(int(ambient)).arg(kRadiated));
     }
     QVariant setting(const QString &column)
     {

@@ -54,10 +54,10 @@ private slots:
         st.maxholddata.fill(-190);
         st.sampledata[1001] = st.maxholddata[1001] = st.maxholddata[1500] = -100;  // the first peak counts
         scanArrays();
-        QCOMPARE(std::pair(plot.p1.linesOf(2).size(), plot.p1.linesOf(12).size()), std::pair(size_t(2000), size_t(2000)));
         // From the left edge to 2000/2001 of the width, not to the right edge.
-        QCOMPARE(std::pair(plot.p1.linesOf(2).front().x1, plot.p1.linesOf(2).back().x2), std::pair(0.0, std::trunc(2000.0 / 2001.0 * 1000000.0)));
-        QCOMPARE(std::tuple(st.peaklevel, st.peakfreq), std::tuple(int16_t(-100), float(1000.0 / 2001.0 * 1000.0)));
+        const auto sample = plot.p1.linesOf(2);
+        QCOMPARE(std::tuple(sample.size(), plot.p1.linesOf(12).size(), sample.front().x1, sample.back().x2, st.peaklevel, st.peakfreq),
+                 std::tuple(size_t(2000), size_t(2000), 0.0, std::trunc(2000.0 / 2001.0 * 1000000.0), int16_t(-100), float(1000.0 / 2001.0 * 1000.0)));
         QVERIFY(plot.memory == QStringLiteral("Mem B") && plot.buttons[0] && plot.buttons[1] && plot.buttons[2]);
     }
 
@@ -85,8 +85,7 @@ private slots:
         QCOMPARE(std::tuple(plot.p1.linesOf(2).size(), plot.caption(), st.peaklevel, plot.p1.linesOf(7).empty()),
                  std::tuple(size_t(0), QString(), int16_t(-1000), false));
         st.viewsample = st.viewab = 1;
-        st.sampledate = 46000.5;  // noon
-        st.memorydate = 46000.75;
+        std::tie(st.sampledate, st.memorydate) = std::pair(46000.5, 46000.75);  // noon and six
         DrawPlot();
         QCOMPARE(plot.caption(), QStringLiteral("Sam:12:00:00 PM   Mem:6:00:00 PM"));
     }
