@@ -68,32 +68,15 @@ private slots:
         program_.reset();
     }
 
-    void limitAtAFrequency_data()
-    {
-        QTest::addColumn<double>("f");
-        QTest::addColumn<bool>("log");
-        QTest::addColumn<double>("expected");  // NaN: no limit
-        QTest::newRow("first point") << 30.0 << false << 40.0;
-        QTest::newRow("straight in log frequency") << 50.0 << true << 40.0 - 10.0 * std::log10(50.0 / 30.0) / std::log10(100.0 / 30.0);
-        QTest::newRow("a step: the lower level") << 230.0 << true << 30.0;
-        QTest::newRow("after the step") << 230.5 << false << 37.0;
-        QTest::newRow("below the limit") << 29.99 << false << qQNaN();
-        QTest::newRow("above the limit") << 1000.01 << false << qQNaN();
-    }
     void limitAtAFrequency()
     {
-        QFETCH(double, f);
-        QFETCH(bool, log);
-        QFETCH(double, expected);
         std::vector<LimitRow> rows = {{30.0f, 40.0f}, {100.0f, 30.0f}, {230.0f, 30.0f}, {230.0f, 37.0f}, {1000.0f, 37.0f}};
         rows.insert(rows.begin() + 2, LimitRow{});  // an empty cell of a shorter column is passed over
-        const auto limit = limitAt(rows, f, log);
-        if (qIsNaN(expected)) {
-            QVERIFY(!limit);
-        } else {
-            QVERIFY(limit);
-            QVERIFY2(std::abs(*limit - expected) < 1e-4, qPrintable(QString::number(*limit)));
-        }
+        const auto at = [&rows](double f, bool log) { return limitAt(rows, f, log).value_or(qQNaN()); };
+        // The first point; on a step the lower level, past it the upper one.
+        QCOMPARE(std::tuple(at(30.0, false), at(230.0, true), at(230.5, false)), std::tuple(40.0, 30.0, 37.0));
+        QVERIFY(qAbs(at(50.0, true) - (40.0 - 10.0 * std::log10(50.0 / 30.0) / std::log10(100.0 / 30.0))) < 1e-4);  // straight in log frequency
+        QVERIFY(!limitAt(rows, 29.99, false) && !limitAt(rows, 1000.01, false));  // no limit outside it
     }
 
     void tableOfARun_data()
