@@ -42,12 +42,10 @@ private slots:
         SimSettings s = around(133.5, 5);
         s.reflevel = -50;
         const QByteArray block = buildSampleBlock(s, signal, 1.0);
-        QCOMPARE(block.size(), kBlockSize);
-        QCOMPARE(block.mid(kPoints + 17, 8), QByteArray("0133.500"));
+        QCOMPARE(std::tuple(block.size(), block.mid(kPoints + 17, 8)), std::tuple(kBlockSize, QByteArray("0133.500")));
         const uint32_t sum = levelChecksum(block.left(kPoints));
         const uint32_t sent = uint8_t(block[2044]) * 65536u + uint8_t(block[2045]) * 256u + uint8_t(block[2046]);
-        QCOMPARE(sent, sum);
-        QVERIFY(sum > 65535);  // all three bytes carry something
+        QVERIFY(sent == sum && sum > 65535);  // all three bytes carry something
     }
 
     void byteScale()
@@ -64,10 +62,8 @@ private slots:
     void ambientStaysWhenTheDeviceIsOff()
     {
         SimSignal signal;
-        const SimSettings comb = around(133.33, 1);
-        const SimSettings fm = around(101.1, 1);
-        const uint8_t combOn = maxByte(signal.traceBytes(comb, 0));
-        const uint8_t fmOn = maxByte(signal.traceBytes(fm, 0));
+        const SimSettings comb = around(133.33, 1), fm = around(101.1, 1);
+        const uint8_t combOn = maxByte(signal.traceBytes(comb, 0)), fmOn = maxByte(signal.traceBytes(fm, 0));
         signal.scene().dutOn = false;
         QVERIFY(maxByte(signal.traceBytes(comb, 0)) < combOn - 25);
         QVERIFY(qAbs(maxByte(signal.traceBytes(fm, 0)) - fmOn) <= 2);
@@ -79,9 +75,8 @@ private slots:
     {
         SimSignal signal;
         SimSettings s = around(520.0, 5);
-        s.calc = 1;
+        std::tie(s.calc, s.shown) = std::pair(1, 4);
         signal.restartCalc(0);
-        s.shown = 4;
         signal.traceBytes(s, 0);
         const QByteArray early = signal.traceBytes(s, 0.05);
         QCOMPARE(signal.sweepsAccumulated(), 1);  // looking again does not sweep again
@@ -89,8 +84,7 @@ private slots:
         // The sweeps that ran in 5 s, a little under ten a second with the retrace.
         const int sweeps = signal.sweepsAccumulated();
         QVERIFY2(sweeps >= 45 && sweeps <= 50, qPrintable(QString::number(sweeps)));
-        for (int i = 0; i < kPoints; ++i)
-            QVERIFY(uint8_t(held[i]) >= uint8_t(early[i]));
+        QVERIFY(std::ranges::equal(held.left(kPoints), early.left(kPoints), [](char h, char e) { return uint8_t(h) >= uint8_t(e); }));
         // The pulsed carrier is caught in max hold and shows well above the average.
         s.shown = 3;
         const QByteArray average = signal.traceBytes(s, 5.0);

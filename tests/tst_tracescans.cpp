@@ -136,10 +136,9 @@ private slots:
         readPoint(table, point);
         readNextPoint(table, point, true, 6);
         readNextPoint(table, point, true, 6);
-        // -20 dB * 2.5, -30 dB, and the flat -50 dB.
-        QCOMPARE(std::tuple(point.level[kSample], point.level[kMaxhold], point.level[kAverage]),
-                 std::tuple(int16_t(-50), int16_t(-75), int16_t(-125)));
-        QCOMPARE(point.frequency, rows[14][kFrequency].value());  // the group's last frequency
+        // -20 dB * 2.5, -30 dB, and the flat -50 dB, at the group's last frequency.
+        QCOMPARE(std::tuple(point.level[kSample], point.level[kMaxhold], point.level[kAverage], point.frequency),
+                 std::tuple(int16_t(-50), int16_t(-75), int16_t(-125), rows[14][kFrequency].value()));
         // A level outside sixteen bits keeps the old value.
         readNextPoint(table, point, false, 0);
         QCOMPARE(point.level[kSample], int16_t(-50));
