@@ -95,10 +95,7 @@ private slots:
         ComputeDecades();
         drawLimit(limitOf({{100.0f, -40.0f}, {f1, l1}}, int16_t(logFlag)));
         const int n = int(plot.p1.linesOf(12).size());
-        if (pieces)
-            QVERIFY2(n >= 49 && n <= 51, qPrintable(QString::number(n)));
-        else
-            QCOMPARE(n, 1);
+        QVERIFY2(pieces ? n >= 49 && n <= 51 : n == 1, qPrintable(QString::number(n)));
     }
 
     // High up the band a step a kHz wide is narrower than fifty float steps: it still arrives.
@@ -110,8 +107,7 @@ private slots:
         ComputeDecades();
         drawLimit(limitOf({{1000.0f, -40.0f}, {1000.0012f, -60.0f}}));
         const auto lines = plot.p1.linesOf(12);
-        QVERIFY(!lines.empty());
-        QCOMPARE(lines.back().y2, -150.0);
+        QCOMPARE(lines.empty() ? 0.0 : lines.back().y2, -150.0);
     }
 
     void logLimitOnALinearAxisBendsTheRightWay()
