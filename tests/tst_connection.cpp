@@ -25,13 +25,12 @@ private slots:
         QCOMPARE(std::tuple(st.portopen, st.ckrm, st.modelname, st.firmware, st.busycursor),
                  std::tuple(int16_t(1), uint8_t(1), QStringLiteral("3420"), QStringLiteral("1.70"), uint8_t(0)));
         QCOMPARE(st.caption, QStringLiteral("KW3400R - V1.53       Unit:3420       Firmware:1.70"));
-        QCOMPARE(bench.log(), (QStringList{"#KT", "#br19200", "#kl1", "#KT", "#VN", "#cr"}));
-        QVERIFY(bench.boxes().shown.empty());
+        QCOMPARE(std::pair(bench.log(), bench.shown()), std::pair(QStringList{"#KT", "#br19200", "#kl1", "#KT", "#VN", "#cr"}, QStringList()));
 
         disconnectunit();
-        QCOMPARE(std::tuple(st.portopen, st.ckrm, bench.log().last()), std::tuple(int16_t(0), uint8_t(0), QStringLiteral("#kl0")));
-        QCOMPARE(st.caption, QStringLiteral("KW3400R - V1.53       Offline"));
-        QVERIFY(comm1().portOpen());  // the link is down, the port stays open
+        // The link is down, the port stays open.
+        QCOMPARE(std::tuple(st.portopen, st.ckrm, bench.log().last(), st.caption, comm1().portOpen()),
+                 std::tuple(int16_t(0), uint8_t(0), QStringLiteral("#kl0"), QStringLiteral("KW3400R - V1.53       Offline"), true));
     }
 
     void foundAtASlowerSpeedIsMovedToTheWantedOne()
@@ -40,8 +39,8 @@ private slots:
         connectunit();
         int analyserBaud = 0;
         bench.sim().withModel([&](kt::Analyser &a) { analyserBaud = a.baud(); });
-        QCOMPARE(std::tuple(st.portopen, bench.sim().lineBaud(), analyserBaud), std::tuple(int16_t(1), 19200, 19200));
-        QCOMPARE(comm1().settings(), QStringLiteral("19200,N,8,1"));
+        QCOMPARE(std::tuple(st.portopen, bench.sim().lineBaud(), analyserBaud, comm1().settings()),
+                 std::tuple(int16_t(1), 19200, 19200, QStringLiteral("19200,N,8,1")));
         // Old firmware: no warm-up question.
         QCOMPARE(bench.log(), (QStringList{"#KT", "#br19200", "#kl1", "#KT", "#VN"}));
     }
@@ -50,8 +49,8 @@ private slots:
     {
         SimBench bench({.faults = {.vnZero = true}});
         connectunit();
-        QCOMPARE(std::tuple(bench.log().count(QStringLiteral("#VN")), st.firmware, firmwareNumber()), std::tuple(3, QStringLiteral("0.00"), 0.0f));
-        QVERIFY(!bench.log().contains(QStringLiteral("#cr")));
+        QCOMPARE(std::tuple(bench.log().count(QStringLiteral("#VN")), bench.log().contains(QStringLiteral("#cr")), st.firmware, firmwareNumber()),
+                 std::tuple(3, false, QStringLiteral("0.00"), 0.0f));
     }
 
     void unknownModelIsNotFound()
@@ -60,8 +59,7 @@ private slots:
         st.ckrm = 1;
         connectunit();
         QCOMPARE(std::tuple(st.portopen, st.ckrm, st.busycursor), std::tuple(int16_t(0), uint8_t(0), uint8_t(0)));
-        QCOMPARE(bench.shown(), QStringList{"Serial - Error|Unit not found"});
-        QVERIFY(!bench.log().contains(QStringLiteral("#kl1")));
+        QVERIFY(bench.shown() == QStringList{"Serial - Error|Unit not found"} && !bench.log().contains(QStringLiteral("#kl1")));
     }
 
     void autosearchIsQuietUntilTheEnd()
@@ -89,17 +87,15 @@ private slots:
         st.serialtimeout = 2;
         QCheckBox *rm = window.toolPanel()->ckrm();
         rm->click();
-        QVERIFY(st.portopen == 1 && rm->isChecked());
-        QCOMPARE(window.windowTitle(), QStringLiteral("KW3400R - V1.53       Unit:3420       Firmware:1.70"));
+        QCOMPARE(std::tuple(st.portopen, rm->isChecked(), window.windowTitle()),
+                 std::tuple(int16_t(1), true, QStringLiteral("KW3400R - V1.53       Unit:3420       Firmware:1.70")));
         rm->click();
-        QVERIFY(st.portopen == 0 && !rm->isChecked());
-        QCOMPARE(bench.log().last(), QStringLiteral("#kl0"));
-        QCOMPARE(window.windowTitle(), QStringLiteral("KW3400R - V1.53       Offline"));
+        QCOMPARE(std::tuple(st.portopen, rm->isChecked(), window.windowTitle(), bench.log().last()),
+                 std::tuple(int16_t(0), false, QStringLiteral("KW3400R - V1.53       Offline"), QStringLiteral("#kl0")));
 
         bench.sim().unplug();
         rm->click();  // nothing answers now
-        QVERIFY(st.portopen == 0 && !rm->isChecked());
-        QCOMPARE(bench.boxes().count(QStringLiteral("Serial - Error")), 1);
+        QVERIFY(st.portopen == 0 && !rm->isChecked() && bench.boxes().count(QStringLiteral("Serial - Error")) == 1);
     }
 };
 

@@ -35,8 +35,9 @@ int rowsOf(const QString &table)
 }
 
 // The header must be in the file before the first pass measures anything.
-void recordSweep() { events << QStringLiteral("sweep(%1)").arg(passState()) + (rowsOf("settings") == 1 ? "" : " no header"); }
-void recordStepped() { events << QStringLiteral("stepped(%1)").arg(passState()) + (rowsOf("settings") == 1 ? "" : " no header"); }
+void record(const char *pass) { events << QStringLiteral("%1(%2)").arg(QLatin1String(pass), passState()) + (rowsOf("settings") == 1 ? "" : " no header"); }
+void recordSweep() { record("sweep"); }
+void recordStepped() { record("stepped"); }
 
 // OK-only prompts into the event list; a Stop pressed while one of them is up.
 class PromptRecorder : public ScriptedDialogs {
@@ -84,13 +85,8 @@ struct Run {
     }
     void setTest(int mode, bool horizontal, bool vertical, bool ambient)
     {
-        Recordset rows = st.db.OpenRecordset(QStringLiteral("test"));
-        rows.FindFirst(QStringLiteral("Name = '") + kRadiated + QStringLiteral("'"));
-        rows.Edit();
-        for (const auto &[column, value] : {std::pair{"mode", QVariant(mode)}, {"horizontal", QVariant(horizontal)},
-                                            {"vertical", QVariant(vertical)}, {"ambient", QVariant(ambient)}})
-            rows.SetField(QLatin1String(column), value);
-        rows.Update();
+        st.db.Execute(QStringLiteral("update test set mode = %1, horizontal = %2, vertical = %3, ambient = %4 where Name = '%5'")
+                          .arg(mode).arg(int(horizontal)).arg(int(vertical)).arg(int(ambient)).arg(kRadiated));
     }
     QVariant setting(const QString &column)
     {
@@ -111,45 +107,35 @@ const QString On = QStringLiteral("Switch DUT ON");
 
 }  // namespace
 
+struct SequenceCase { int mode; bool horizontal; bool vertical; bool ambient; QStringList expected; };
+
 class TestEmcRun : public QObject {
     Q_OBJECT
 private slots:
     void sequences_data()
     {
-        QTest::addColumn<int>("mode");
-        QTest::addColumn<bool>("horizontal");
-        QTest::addColumn<bool>("vertical");
-        QTest::addColumn<bool>("ambient");
-        QTest::addColumn<QStringList>("expected");
-        QTest::newRow("sweep H+V ambient")
-            << 0 << true << true << true
-            << QStringList{S + H, S + Off, "sweep(0,1,h)", S + On, "sweep(1,0,h)", S + V, S + Off, "sweep(1,2,v)", S + On, "sweep(1,0,v)"};
-        QTest::newRow("sweep V") << 0 << false << true << false << QStringList{S + V, "sweep(0,0,v)"};
-        QTest::newRow("sweep V ambient") << 0 << false << true << true
-                                         << QStringList{S + V, S + Off, "sweep(0,2,v)", S + On, "sweep(1,0,v)"};
-        QTest::newRow("sweep neither") << 0 << false << false << true << QStringList{"sweep(0,0,h)"};
-        QTest::newRow("step H+V") << 1 << true << true << true << QStringList{T + H, "stepped(0,0,h)"};
-        QTest::newRow("step V") << 1 << false << true << false << QStringList{T + V, "stepped(0,0,v)"};
-        QTest::newRow("step neither") << 1 << false << false << false << QStringList{"stepped(0,0,h)"};
+        QTest::addColumn<SequenceCase>("c");
+        QTest::newRow("sweep H+V ambient") << SequenceCase{0, true, true, true, {S + H, S + Off, "sweep(0,1,h)", S + On, "sweep(1,0,h)",
+                                                                                 S + V, S + Off, "sweep(1,2,v)", S + On, "sweep(1,0,v)"}};
+        QTest::newRow("sweep V") << SequenceCase{0, false, true, false, {S + V, "sweep(0,0,v)"}};
+        QTest::newRow("sweep V ambient") << SequenceCase{0, false, true, true, {S + V, S + Off, "sweep(0,2,v)", S + On, "sweep(1,0,v)"}};
+        QTest::newRow("sweep neither") << SequenceCase{0, false, false, true, {"sweep(0,0,h)"}};
+        QTest::newRow("step H+V") << SequenceCase{1, true, true, true, {T + H, "stepped(0,0,h)"}};
+        QTest::newRow("step V") << SequenceCase{1, false, true, false, {T + V, "stepped(0,0,v)"}};
+        QTest::newRow("step neither") << SequenceCase{1, false, false, false, {"stepped(0,0,h)"}};
     }
     // Every row of both tables: prompts in order, and what each pass is called with.
     void sequences()
     {
-        QFETCH(int, mode);
-        QFETCH(bool, horizontal);
-        QFETCH(bool, vertical);
-        QFETCH(bool, ambient);
-        QFETCH(QStringList, expected);
+        QFETCH(SequenceCase, c);
         Run run;
-        run.setTest(mode, horizontal, vertical, ambient);
+        run.setTest(c.mode, c.horizontal, c.vertical, c.ambient);
         emcStart();
-        QCOMPARE(events, expected);
-        QCOMPARE(st.measurefile, run.file);
-        QCOMPARE(run.controls.front(), QStringLiteral("combo off"));
-        QCOMPARE(run.controls.back(), QStringLiteral("start on"));
+        QCOMPARE(events, c.expected);
+        QCOMPARE(std::tuple(st.measurefile, run.controls.front(), run.controls.back()),
+                 std::tuple(run.file, QStringLiteral("combo off"), QStringLiteral("start on")));
         // A Sweep + Step run is finished at once; a stepped one goes on under Timer2.
-        QCOMPARE(run.setting("grafikmin").toInt(), mode == 0 ? int(st.grafikmin) : 0);
-        QCOMPARE(st.portopen, int16_t(mode));
+        QCOMPARE(std::pair(run.setting("grafikmin").toInt(), st.portopen), std::pair(c.mode == 0 ? int(st.grafikmin) : 0, int16_t(c.mode)));
     }
 
     // Stop pressed during a prompt: no further prompt or pass, and the run is finished.
@@ -160,8 +146,7 @@ private slots:
         run.prompts.stopAt = Off;
         emcStart();
         QCOMPARE(events, (QStringList{S + H, S + Off}));
-        QCOMPARE(run.setting("grafikmin").toInt(), int(st.grafikmin));
-        QCOMPARE(st.portopen, int16_t(0));
+        QCOMPARE(std::pair(run.setting("grafikmin").toInt(), st.portopen), std::pair(int(st.grafikmin), int16_t(0)));
     }
 
     // Cancel at the dialog: no file, the controls free again, nothing sent.
@@ -171,10 +156,8 @@ private slots:
         run.prompts.files = {std::nullopt};
         QVERIFY(run.bench.connect());
         emcStart();
-        QVERIFY(events.isEmpty());
-        QVERIFY(!QFile::exists(run.file));
+        QVERIFY(events.isEmpty() && !QFile::exists(run.file) && run.bench.log().isEmpty());
         QCOMPARE(run.controls, (std::vector<QString>{"combo off", "combo on", "start on"}));
-        QVERIFY(run.bench.log().isEmpty());
         QCOMPARE(st.portopen, int16_t(1));
     }
 
@@ -184,10 +167,8 @@ private slots:
         Run run;
         run.bench.sim().unplug();
         emcStart();
-        QVERIFY(events.isEmpty());
-        QVERIFY(QFile::exists(run.file));
-        QCOMPARE(rowsOf("settings"), 0);
-        QCOMPARE(rowsOf("limitlines"), 0);
+        QVERIFY(events.isEmpty() && QFile::exists(run.file));
+        QCOMPARE(rowsOf("settings") + rowsOf("limitlines"), 0);
         QCOMPARE(run.controls.back(), QStringLiteral("start on"));
     }
 
@@ -208,16 +189,15 @@ private slots:
         for (const auto &[column, value] : expected)
             QVERIFY2(run.setting(QLatin1String(column)).toString() == value.toString(),
                      qPrintable(QStringLiteral("%1: %2").arg(QLatin1String(column), run.setting(QLatin1String(column)).toString())));
-        QVERIFY(!run.setting("lmaxlog").toBool());  // the class B line is flat
-        QVERIFY(!run.setting("lavelog").toBool());
+        QVERIFY(!run.setting("lmaxlog").toBool() && !run.setting("lavelog").toBool());  // the class B line is flat
 
         Database file = OpenDatabase(run.file);
         Recordset limit = st.db.OpenRecordset(QStringLiteral("select * from limitdef where limitnr = 8 order by frequency"), dbOpenSnapshot);
         Recordset rows = file.OpenRecordset(QStringLiteral("select * from limitlines"), dbOpenSnapshot);
         QCOMPARE(rows.RecordCount(), limit.RecordCount());
         for (; !rows.Eof(); rows.MoveNext(), limit.MoveNext()) {
-            QCOMPARE(rows.FieldNumber(QStringLiteral("maxfreq")), limit.FieldNumber(QStringLiteral("frequency")));
-            QCOMPARE(rows.FieldNumber(QStringLiteral("Maxhold_dBmW")), limit.FieldNumber(QStringLiteral("level_dbmw")));
+            QCOMPARE(std::pair(rows.FieldNumber(QStringLiteral("maxfreq")), rows.FieldNumber(QStringLiteral("Maxhold_dBmW"))),
+                     std::pair(limit.FieldNumber(QStringLiteral("frequency")), limit.FieldNumber(QStringLiteral("level_dbmw"))));
             QVERIFY(rows.Field(QStringLiteral("avefreq")).isNull());
         }
         file.Close();

@@ -28,14 +28,8 @@ void fillBlock(int db)
 void blockSetup(float centre)
 {
     resetState();
-    st.reflevel = -30.0f;
-    st.attenuator = 10.0f;
-    st.dbperdiv = 10;
-    st.noisevalue = 0;
-    st.correctionon = 0;
-    st.detqpeak = 1;
-    st.detaverage = 1;
-    st.centerfreq = centre;
+    std::tie(st.reflevel, st.attenuator, st.dbperdiv, st.centerfreq) = std::tuple(-30.0f, 10.0f, 10, centre);
+    std::tie(st.noisevalue, st.correctionon, st.detqpeak, st.detaverage) = std::tuple(0, 0, 1, 1);
 }
 
 }  // namespace
@@ -86,8 +80,7 @@ private slots:
             QVERIFY(std::abs(undb20(r.qpeak) - (mid - (mid - low) / discharge)) < 1e-12);
         }
         blockSetup(100.0f);
-        st.tauf1000 = 8;
-        st.tent1000 = 10;
+        std::tie(st.tauf1000, st.tent1000) = std::pair(8, 10);
         fillBlock(-60);
         st.rawblock[2001] = int16_t(rawFor(-20));
         QVERIFY(std::abs(undb20(evaluateblock(&fixeddivisors).qpeak) - mid) < 1e-12);

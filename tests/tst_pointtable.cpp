@@ -14,28 +14,17 @@ using Points = std::vector<std::pair<double, double>>;
 class TestPointTable : public QObject {
     Q_OBJECT
 private slots:
-    void readsSeparatorsMarksAndUnits_data()
-    {
-        QTest::addColumn<QByteArray>("file");
-        QTest::addColumn<double>("f2");  // MHz of the second point
-        QTest::addColumn<double>("l2");
-        QTest::newRow("comma, point, no header") << QByteArray("0.15,66\n0.5,56.5\n") << 0.5 << 56.5;
-        QTest::newRow("semicolon, decimal comma") << QByteArray("0,15;66\r\n0,5;56,5\r\n") << 0.5 << 56.5;
-        QTest::newRow("tab, decimal comma, kHz header")
-            << QByteArray("Frequency (kHz)\tLevel (dBµV)\n150\t66\n500\t56,5\n") << 0.5 << 56.5;
-        QTest::newRow("Hz header, exponent") << QByteArray("f/Hz;dB\n1.5e5;66\n5E5;56.5\n") << 0.5 << 56.5;
-        QTest::newRow("GHz header, blank lines, trailing separator")
-            << QByteArray("\xEF\xBB\xBF" "Freq [GHz],Loss\n\n1,3.2,\n2.5 , -1.25\n\n") << 2500.0 << -1.25;
-    }
+    // Comma and point without a header; semicolon and decimal comma; tab with a kHz header; a Hz
+    // header with exponents; a GHz header after a byte-order mark, blank lines, a trailing separator.
     void readsSeparatorsMarksAndUnits()
     {
-        QFETCH(QByteArray, file);
-        QFETCH(double, f2);
-        QFETCH(double, l2);
-        const PointTable t = readPointTable(file);
-        QCOMPARE(t.errors, QStringList());
-        QCOMPARE(t.points.size(), size_t(2));
-        QCOMPARE(t.points[1], std::pair(f2, l2));
+        for (const QByteArray &file : {QByteArray("0.15,66\n0.5,56.5\n"), QByteArray("0,15;66\r\n0,5;56,5\r\n"),
+                                       QByteArray("Frequency (kHz)\tLevel (dBµV)\n150\t66\n500\t56,5\n"), QByteArray("f/Hz;dB\n1.5e5;66\n5E5;56.5\n")}) {
+            const PointTable t = readPointTable(file);
+            QVERIFY2(t.errors.isEmpty() && t.points == (Points{{0.15, 66}, {0.5, 56.5}}), file.constData());
+        }
+        const PointTable gigahertz = readPointTable(QByteArray("\xEF\xBB\xBF" "Freq [GHz],Loss\n\n1,3.2,\n2.5 , -1.25\n\n"));
+        QCOMPARE(std::pair(gigahertz.errors, gigahertz.points), std::pair(QStringList(), Points{{1000, 3.2}, {2500, -1.25}}));
     }
 
     // Any line that can't be read refuses the whole file, and every such line is named.
@@ -50,15 +39,13 @@ private slots:
                                                        "-1,4\n"
                                                        "1.000.5,3\n"
                                                        "nan,1\n"));
-        QCOMPARE(t.errors.size(), 7);
         QStringList lines;
         for (const QString &e : t.errors)
             lines << e.section(QLatin1Char(':'), 0, 0);
         QCOMPARE(lines, QStringList({"line 3", "line 4", "line 5", "line 6", "line 7", "line 8", "line 9"}));
         QCOMPARE(readPointTable(QByteArray("Frequency;Level\n\n")).errors, QStringList{QStringLiteral("no points")});
         // A step: the same frequency twice, both kept in order.
-        const PointTable step = readPointTable(QByteArray("5;-51\n5;-47\n"));
-        QCOMPARE(step.points, (Points{{5, -51}, {5, -47}}));
+        QCOMPARE(readPointTable(QByteArray("5;-51\n5;-47\n")).points, (Points{{5, -51}, {5, -47}}));
         // A header is only the first line.
         QCOMPARE(readPointTable(QByteArray("1,2\nFrequency,Level\n")).errors.size(), 1);
     }
@@ -74,8 +61,7 @@ private slots:
                 QStringLiteral("Level (dBµV)"), stored, [offset](float s) { return double(s) + offset; },
                 [offset](double shown) { return float(shown - offset); });
             const PointTable back = readPointTable(bytes);
-            QCOMPARE(back.errors, QStringList());
-            QCOMPARE(back.points.size(), stored.size());
+            QCOMPARE(std::pair(back.errors, back.points.size()), std::pair(QStringList(), stored.size()));
             for (size_t i = 0; i < stored.size(); ++i)
                 QCOMPARE(std::pair(float(back.points[i].first), float(back.points[i].second - offset)), stored[i]);
         }

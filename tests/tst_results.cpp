@@ -18,27 +18,6 @@ using kwtest::kUv;
 
 namespace {
 
-// A CSV line split at the separator outside quotes, quotes taken off.
-QStringList cells(const QString &line, QChar separator)
-{
-    QStringList out{QString()};
-    bool quoted = false;
-    for (int i = 0; i < line.size(); ++i) {
-        const QChar c = line[i];
-        if (c == QLatin1Char('"')) {
-            if (quoted && i + 1 < line.size() && line[i + 1] == QLatin1Char('"'))
-                out.last() += line[++i];
-            else
-                quoted = !quoted;
-        } else if (c == separator && !quoted) {
-            out << QString();
-        } else {
-            out.last() += c;
-        }
-    }
-    return out;
-}
-
 struct Csv {
     QStringList comments;
     QStringList header;
@@ -55,22 +34,19 @@ Csv parse(const QByteArray &bytes, const CsvStyle &style)
         if (line.startsWith(QLatin1Char('#')))
             csv.comments << line;
         else if (csv.header.isEmpty())
-            csv.header = cells(line, style.separator);
+            csv.header = line.split(style.separator);  // no cell of these files needs quotes
         else
-            csv.rows << cells(line, style.separator);
+            csv.rows << line.split(style.separator);
     }
     return csv;
 }
 
 double number(QString cell, const CsvStyle &style)
 {
-    if (style.decimal != QLatin1Char('.')) {
-        if (cell.contains(QLatin1Char('.')))
-            return qQNaN();  // a point where a comma belongs
-        cell.replace(style.decimal, QLatin1Char('.'));
-    }
+    if (style.decimal != QLatin1Char('.') && cell.contains(QLatin1Char('.')))
+        return qQNaN();  // a point where a comma belongs
     bool ok = false;
-    const double v = cell.toDouble(&ok);
+    const double v = cell.replace(style.decimal, QLatin1Char('.')).toDouble(&ok);
     return ok ? v : qQNaN();
 }
 
@@ -92,32 +68,15 @@ private slots:
         program_.reset();
     }
 
-    void limitAtAFrequency_data()
-    {
-        QTest::addColumn<double>("f");
-        QTest::addColumn<bool>("log");
-        QTest::addColumn<double>("expected");  // NaN: no limit
-        QTest::newRow("first point") << 30.0 << false << 40.0;
-        QTest::newRow("straight in log frequency") << 50.0 << true << 40.0 - 10.0 * std::log10(50.0 / 30.0) / std::log10(100.0 / 30.0);
-        QTest::newRow("a step: the lower level") << 230.0 << true << 30.0;
-        QTest::newRow("after the step") << 230.5 << false << 37.0;
-        QTest::newRow("below the limit") << 29.99 << false << qQNaN();
-        QTest::newRow("above the limit") << 1000.01 << false << qQNaN();
-    }
     void limitAtAFrequency()
     {
-        QFETCH(double, f);
-        QFETCH(bool, log);
-        QFETCH(double, expected);
         std::vector<LimitRow> rows = {{30.0f, 40.0f}, {100.0f, 30.0f}, {230.0f, 30.0f}, {230.0f, 37.0f}, {1000.0f, 37.0f}};
         rows.insert(rows.begin() + 2, LimitRow{});  // an empty cell of a shorter column is passed over
-        const auto limit = limitAt(rows, f, log);
-        if (qIsNaN(expected)) {
-            QVERIFY(!limit);
-        } else {
-            QVERIFY(limit);
-            QVERIFY2(std::abs(*limit - expected) < 1e-4, qPrintable(QString::number(*limit)));
-        }
+        const auto at = [&rows](double f, bool log) { return limitAt(rows, f, log).value_or(qQNaN()); };
+        // The first point; on a step the lower level, past it the upper one.
+        QCOMPARE(std::tuple(at(30.0, false), at(230.0, true), at(230.5, false)), std::tuple(40.0, 30.0, 37.0));
+        QVERIFY(qAbs(at(50.0, true) - (40.0 - 10.0 * std::log10(50.0 / 30.0) / std::log10(100.0 / 30.0))) < 1e-4);  // straight in log frequency
+        QVERIFY(!limitAt(rows, 29.99, false) && !limitAt(rows, 1000.01, false));  // no limit outside it
     }
 
     void tableOfARun_data()
@@ -139,25 +98,23 @@ private slots:
         QCOMPARE(order, (std::vector<double>{230.0, 400.0, 50.0, 1500.0}));  // 230: peak 31 over the 30 that holds at the step
         const double limit50 = peakLog ? 40.0 - 10.0 * std::log10(50.0 / 30.0) / std::log10(100.0 / 30.0) : 40.0 - 10.0 * 20.0 / 70.0;
 
+        const auto near = [](std::optional<double> v, double expected) { return v && std::abs(*v - expected) < 1e-3; };
         const ResultLine &step = t.lines[0];
-        QVERIFY(!step.marginFromQPeak && !step.qpeak);
-        QCOMPARE(std::tuple(step.polarisation, step.verdict), std::tuple(QLatin1Char('H'), Verdict::Fail));
-        QVERIFY(std::abs(*step.peakMargin - 1.0) < 1e-4 && std::abs(*step.averageMargin - 5.0) < 1e-4);
-        QVERIFY(step.ambientNear && std::abs(*step.ambient - 27.0) < 1e-4);  // the larger of H and V
+        QCOMPARE(std::tuple(step.polarisation, step.verdict, step.marginFromQPeak, bool(step.qpeak), step.ambientNear),
+                 std::tuple(QLatin1Char('H'), Verdict::Fail, false, false, true));
+        QVERIFY(near(step.peakMargin, 1.0) && near(step.averageMargin, 5.0) && near(step.ambient, 27.0));  // the larger of H and V
 
         const ResultLine &onLimit = t.lines[1];
-        QVERIFY(std::abs(*onLimit.peakMargin) < 1e-4);
-        QVERIFY(!onLimit.average && !onLimit.averageLimit && !onLimit.averageMargin);
-        QCOMPARE(std::tuple(onLimit.polarisation, onLimit.verdict), std::tuple(QLatin1Char('V'), Verdict::Pass));
-        QVERIFY(!onLimit.ambient && !onLimit.ambientNear);
+        QCOMPARE(std::tuple(onLimit.polarisation, onLimit.verdict, bool(onLimit.average || onLimit.averageLimit || onLimit.averageMargin),
+                            bool(onLimit.ambient), onLimit.ambientNear),
+                 std::tuple(QLatin1Char('V'), Verdict::Pass, false, false, false));
+        QVERIFY(near(onLimit.peakMargin, 0.0));
 
         const ResultLine &low = t.lines[2];
-        QCOMPARE(std::tuple(low.polarisation, low.verdict), std::tuple(QLatin1Char('V'), Verdict::Pass));
-        QVERIFY(low.marginFromQPeak);
-        QVERIFY(std::abs(*low.peakLimit - limit50) < 1e-3);
-        QVERIFY(std::abs(*low.peakMargin - (33.0 - limit50)) < 1e-3);  // the quasi-peak is judged
-        QVERIFY(std::abs(*low.averageLimit - (30.0 - 200.0 / 70.0)) < 1e-3);  // average limit stays straight
-        QVERIFY(!low.ambientNear && std::abs(*low.ambient - 28.0) < 1e-4);
+        QCOMPARE(std::tuple(low.polarisation, low.verdict, low.marginFromQPeak), std::tuple(QLatin1Char('V'), Verdict::Pass, true));
+        // The quasi-peak is judged; the average limit stays straight.
+        QVERIFY(near(low.peakLimit, limit50) && near(low.peakMargin, 33.0 - limit50) && near(low.averageLimit, 30.0 - 200.0 / 70.0));
+        QVERIFY(!low.ambientNear && near(low.ambient, 28.0));
         QCOMPARE(std::tuple(t.lines[3].verdict, t.overall(), t.failed()), std::tuple(Verdict::NoLimit, Verdict::Fail, 1));
     }
 
@@ -185,8 +142,7 @@ private slots:
 
         QString error;
         const Csv m = parse(measurementCsv(path, style, &error), style);
-        QVERIFY(error.isEmpty());
-        QCOMPARE(m.header.size(), 14);
+        QCOMPARE(std::tuple(error, m.header.size()), std::tuple(QString(), 14));
         QCOMPARE(m.header.mid(0, 2) << m.header[3], (QStringList{"Frequency (MHz)", "Step mark", "Maxhold (dBµV/m)"}));
         QVERIFY(m.comments.contains(QStringLiteral("# dat: ") + fromOleDate(46000.5).toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"))));
         QVERIFY(m.comments.contains(QStringLiteral("# note: line one / line two")));
@@ -201,17 +157,12 @@ private slots:
         const ResultTable t = readResults(path);
         const Csv r = parse(resultsCsv(t, style), style);
         QVERIFY(r.comments.contains(QStringLiteral("# Verdict: FAIL")));
-        QCOMPARE(r.header.size(), 13);
-        QCOMPARE(r.rows.size(), 4);
+        QCOMPARE(std::tuple(r.header.size(), r.rows.size()), std::tuple(13, 4));
         for (int i = 0; i < 4; ++i) {
             const QStringList &row = r.rows[i];
-            QCOMPARE(row.size(), 13);
-            QCOMPARE(number(row[0], style), t.lines[size_t(i)].frequency);
-            if (t.lines[size_t(i)].peakMargin)
-                QVERIFY(std::abs(number(row[7], style) - *t.lines[size_t(i)].peakMargin) <= 0.005);
-            else
-                QCOMPARE(row[7], QString());
-            QCOMPARE(row[10], verdictText(t.lines[size_t(i)].verdict));
+            const ResultLine &line = t.lines[size_t(i)];
+            QCOMPARE(std::tuple(row.size(), number(row[0], style), row[10]), std::tuple(13, line.frequency, verdictText(line.verdict)));
+            QVERIFY(line.peakMargin ? std::abs(number(row[7], style) - *line.peakMargin) <= 0.005 : row[7].isEmpty());
         }
         QCOMPARE((QStringList{r.rows[0][8], r.rows[0][12], r.rows[2][8]}), (QStringList{"Peak", "yes", "QPeak"}));
     }

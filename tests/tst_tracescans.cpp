@@ -54,27 +54,24 @@ private slots:
         st.maxholddata.fill(-190);
         st.sampledata[1001] = st.maxholddata[1001] = st.maxholddata[1500] = -100;  // the first peak counts
         scanArrays();
-        QCOMPARE(std::pair(plot.p1.linesOf(2).size(), plot.p1.linesOf(12).size()), std::pair(size_t(2000), size_t(2000)));
         // From the left edge to 2000/2001 of the width, not to the right edge.
-        QCOMPARE(std::pair(plot.p1.linesOf(2).front().x1, plot.p1.linesOf(2).back().x2), std::pair(0.0, std::trunc(2000.0 / 2001.0 * 1000000.0)));
-        QCOMPARE(std::tuple(st.peaklevel, st.peakfreq), std::tuple(int16_t(-100), float(1000.0 / 2001.0 * 1000.0)));
+        const auto sample = plot.p1.linesOf(2);
+        QCOMPARE(std::tuple(sample.size(), plot.p1.linesOf(12).size(), sample.front().x1, sample.back().x2, st.peaklevel, st.peakfreq),
+                 std::tuple(size_t(2000), size_t(2000), 0.0, std::trunc(2000.0 / 2001.0 * 1000000.0), int16_t(-100), float(1000.0 / 2001.0 * 1000.0)));
         QVERIFY(plot.memory == QStringLiteral("Mem B") && plot.buttons[0] && plot.buttons[1] && plot.buttons[2]);
     }
 
     void zeroSpanArraysRunAcrossWithoutTheAxis()
     {
         RecordingPlot plot;
-        st.span = 0;
-        st.freqstart = st.freqstop = 100.0f;
-        st.viewsample = st.viewb = 1;
+        std::tie(st.span, st.freqstart, st.freqstop, st.viewsample, st.viewb) = std::tuple(0, 100.0f, 100.0f, 1, 1);
         st.sampledata.fill(-200);
         st.memorydata.fill(-300);
         st.memorydata[2001] = -120;
         scanArrays();
-        QCOMPARE(int(plot.p1.linesOf(3).size()), 2000);
-        QCOMPARE(plot.p1.linesOf(2)[1].x1, 1000000.0 / 2001.0);
-        QVERIFY(!plot.buttons[1]);  // "CA = CF" has nothing to centre on
-        QCOMPARE(st.peakfreq, float(2000.0 * 1000000.0 / 2001.0));
+        // "CA = CF" has nothing to centre on.
+        QCOMPARE(std::tuple(plot.p1.linesOf(3).size(), plot.p1.linesOf(2)[1].x1, plot.buttons[1], st.peakfreq),
+                 std::tuple(size_t(2000), 1000000.0 / 2001.0, false, float(2000.0 * 1000000.0 / 2001.0)));
     }
 
     void captionNamesEveryShownTrace()
@@ -88,8 +85,7 @@ private slots:
         QCOMPARE(std::tuple(plot.p1.linesOf(2).size(), plot.caption(), st.peaklevel, plot.p1.linesOf(7).empty()),
                  std::tuple(size_t(0), QString(), int16_t(-1000), false));
         st.viewsample = st.viewab = 1;
-        st.sampledate = 46000.5;  // noon
-        st.memorydate = 46000.75;
+        std::tie(st.sampledate, st.memorydate) = std::pair(46000.5, 46000.75);  // noon and six
         DrawPlot();
         QCOMPARE(plot.caption(), QStringLiteral("Sam:12:00:00 PM   Mem:6:00:00 PM"));
     }
@@ -140,10 +136,9 @@ private slots:
         readPoint(table, point);
         readNextPoint(table, point, true, 6);
         readNextPoint(table, point, true, 6);
-        // -20 dB * 2.5, -30 dB, and the flat -50 dB.
-        QCOMPARE(std::tuple(point.level[kSample], point.level[kMaxhold], point.level[kAverage]),
-                 std::tuple(int16_t(-50), int16_t(-75), int16_t(-125)));
-        QCOMPARE(point.frequency, rows[14][kFrequency].value());  // the group's last frequency
+        // -20 dB * 2.5, -30 dB, and the flat -50 dB, at the group's last frequency.
+        QCOMPARE(std::tuple(point.level[kSample], point.level[kMaxhold], point.level[kAverage], point.frequency),
+                 std::tuple(int16_t(-50), int16_t(-75), int16_t(-125), rows[14][kFrequency].value()));
         // A level outside sixteen bits keeps the old value.
         readNextPoint(table, point, false, 0);
         QCOMPARE(point.level[kSample], int16_t(-50));
@@ -191,7 +186,7 @@ private slots:
                  std::tuple(std::optional<float>(), std::optional<float>(-10.0f), std::optional<float>(300.0f), std::optional<float>()));
         QCOMPARE(readMeasurementTable(path), table);  // unchanged: the same rows
         file.Execute(QStringLiteral("insert into Measurement (Frequency, Sample_dBmW) values (400, -40)"));
-        QCOMPARE(int(readMeasurementTable(path)->rows.size()), 5);
+        QCOMPARE(readMeasurementTable(path)->rows.size(), size_t(5));
         file.Close();
         QVERIFY(!readMeasurementTable(dir.filePath(QStringLiteral("missing.mes"))));
 
@@ -219,19 +214,17 @@ private slots:
         file.Close();
         RecordingPlot plot;
         st.filemode = st.mode = st.viewsample = st.viewlimitmax = st.viewlimitave = 1;
-        st.viewqpeak = 0;
-        st.measurefile = path;
+        std::tie(st.viewqpeak, st.measurefile) = std::pair(0, path);
         DrawPlot();
         // Two segments and the dot at the end.
-        QCOMPARE(std::pair(plot.p1.linesOf(2).size(), plot.p1.linesOf(2)[0].y1), std::pair(size_t(3), -200.0));
-        const auto maxLimit = plot.p1.linesOf(12);
-        QCOMPARE(std::pair(maxLimit.size(), maxLimit[0].y1), std::pair(size_t(2), -150.0));
-        // Sorted by avefreq the empty row comes first and starts the walk from 0 MHz at 0 dB.
-        const auto aveLimit = plot.p1.linesOf(9);
-        QCOMPARE(std::pair(aveLimit.size(), aveLimit[1].y1), std::pair(size_t(2), -165.0));
+        // The max hold limit in two segments; sorted by avefreq the average limit's empty row comes
+        // first and starts the walk from 0 MHz at 0 dB.
+        const auto sample = plot.p1.linesOf(2), maxLimit = plot.p1.linesOf(12), aveLimit = plot.p1.linesOf(9);
+        QCOMPARE(std::tuple(sample.size(), sample[0].y1, maxLimit.size(), maxLimit[0].y1, aveLimit.size(), aveLimit[1].y1),
+                 std::tuple(size_t(3), -200.0, size_t(2), -150.0, size_t(2), -165.0));
+        // Files track no peak.
         QVERIFY(!plot.buttons[0] && !plot.buttons[1] && !plot.buttons[2] && plot.memory == QStringLiteral("Sweep"));
-        QVERIFY(plot.caption().startsWith(QStringLiteral("Measure date: ")));
-        QCOMPARE(st.peaklevel, int16_t(-1000));  // files track no peak
+        QVERIFY(plot.caption().startsWith(QStringLiteral("Measure date: ")) && st.peaklevel == -1000);
     }
 };
 
