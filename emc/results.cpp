@@ -1,6 +1,7 @@
 #include "emc/results.h"
 
 #include "levels/levelmath.h"
+#include "platform/onerror.h"
 #include "platform/recordset.h"
 #include "platform/vbformat.h"
 #include "shell/state.h"
@@ -228,10 +229,7 @@ ResultTable readResults(const QString &path)
         settings.Close();
     } catch (const VbError &) {
         table.error = QStringLiteral("The file ") + vbRTrim(path) + QStringLiteral(" could not be read.");
-        try {
-            file.Close();
-        } catch (const VbError &) {
-        }
+        ResumeNext()([&] { file.Close(); });
         return table;
     }
     table.configuration = lookup(QStringLiteral("select config from test where name = ") + quoted(table.test), "config");
@@ -255,10 +253,7 @@ ResultTable readResults(const QString &path)
     } catch (const VbError &) {
         table.error = QStringLiteral("The measurements of ") + vbRTrim(path) + QStringLiteral(" could not all be read.");
     }
-    try {
-        file.Close();
-    } catch (const VbError &) {
-    }
+    ResumeNext()([&] { file.Close(); });
     std::stable_sort(table.lines.begin(), table.lines.end(), &worseFirst);
     return table;
 }

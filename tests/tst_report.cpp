@@ -12,11 +12,11 @@
 #include "support/measfile.h"
 #include "support/testfiles.h"
 #include "support/recordingplot.h"
+#include "support/toolrun.h"
 
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QProcess>
 #include <QPushButton>
 #include <QAction>
 #include <QRegularExpression>
@@ -24,20 +24,13 @@
 #include <QtTest>
 
 using namespace kw;
+using kwtest::toolOutput;
 using kwtest::RecordingSurface;
 
 namespace {
 
-QString run(const QString &program, const QStringList &args)
-{
-    QProcess p;
-    p.start(program, args);
-    p.waitForFinished(30000);
-    return QString::fromUtf8(p.readAllStandardOutput());
-}
-
 // Blanks and line ends made one blank: where labels overlap the reader breaks lines elsewhere.
-QString pdfText(const QString &pdf) { return run(QStringLiteral("pdftotext"), {pdf, QStringLiteral("-")}); }
+QString pdfText(const QString &pdf) { return toolOutput(QStringLiteral("pdftotext"), {pdf, QStringLiteral("-")}); }
 QString pdfWords(const QString &pdf) { return pdfText(pdf).simplified(); }
 
 // Width and height in points of each page.
@@ -45,7 +38,7 @@ QList<QSizeF> pdfPages(const QString &pdf)
 {
     QList<QSizeF> pages;
     static const QRegularExpression size(QStringLiteral("Page\\s+\\d+ size:\\s+([\\d.]+) x ([\\d.]+)"));
-    for (const auto &m : size.globalMatch(run(QStringLiteral("pdfinfo"), QStringLiteral("-f 1 -l 9999 ").split(' ', Qt::SkipEmptyParts) << pdf)))
+    for (const auto &m : size.globalMatch(toolOutput(QStringLiteral("pdfinfo"), QStringLiteral("-f 1 -l 9999 ").split(' ', Qt::SkipEmptyParts) << pdf)))
         pages << QSizeF(m.captured(1).toDouble(), m.captured(2).toDouble());
     return pages;
 }
@@ -53,7 +46,7 @@ QList<QSizeF> pdfPages(const QString &pdf)
 // The first page as a picture.
 QImage pdfPicture(const QString &pdf)
 {
-    run(QStringLiteral("pdftoppm"), QString(QStringLiteral("-r 100 -l 1 -png -singlefile ")).split(' ', Qt::SkipEmptyParts) << pdf << pdf);
+    toolOutput(QStringLiteral("pdftoppm"), QString(QStringLiteral("-r 100 -l 1 -png -singlefile ")).split(' ', Qt::SkipEmptyParts) << pdf << pdf);
     return QImage(pdf + QStringLiteral(".png"));
 }
 

@@ -11,10 +11,10 @@
 #include "support/programdir.h"
 #include "support/resultsfile.h"
 #include "support/testfiles.h"
+#include "support/toolrun.h"
 
 #include <QAction>
 #include <QCheckBox>
-#include <QProcess>
 #include <QPushButton>
 #include <QLabel>
 #include <QTableWidget>
@@ -22,21 +22,14 @@
 #include <memory>
 
 using namespace kw;
+using kwtest::toolOutput;
 
 namespace {
-
-QString run(const QString &program, const QStringList &args)
-{
-    QProcess p;
-    p.start(program, args);
-    p.waitForFinished(30000);
-    return QString::fromUtf8(p.readAllStandardOutput());
-}
 
 int pageCount(const QString &pdf)
 {
     static const QRegularExpression pages(QStringLiteral("Pages:\\s+(\\d+)"));
-    return pages.match(run(QStringLiteral("pdfinfo"), {pdf})).captured(1).toInt();
+    return pages.match(toolOutput(QStringLiteral("pdfinfo"), {pdf})).captured(1).toInt();
 }
 
 }  // namespace
@@ -141,7 +134,7 @@ private slots:
         printReportToPdf(with);
         const int pages = pageCount(without);
         QCOMPARE(pageCount(with), pages + 1);
-        const QString text = run(QStringLiteral("pdftotext"), {QStringLiteral("-f"), QString::number(pages + 1), with, QStringLiteral("-")}).simplified();
+        const QString text = toolOutput(QStringLiteral("pdftotext"), {QStringLiteral("-f"), QString::number(pages + 1), with, QStringLiteral("-")}).simplified();
         QVERIFY2(text.contains(QStringLiteral("Results: CISPR 32 B radiated 3 m")) && text.contains(QStringLiteral("Verdict: FAIL")) &&
                      text.contains(QStringLiteral("+1.0 Pk")) &&
                      text.indexOf(QStringLiteral("230.000")) >= 0 && text.indexOf(QStringLiteral("230.000")) < text.indexOf(QStringLiteral("1500.000")),
